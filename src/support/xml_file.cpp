@@ -1,0 +1,170 @@
+#include "support/xml_file.h"
+
+#include <cfgxml/host.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "support/paths.h"
+
+namespace cfgxml {
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+/// Opens a regular file for reading; a pipe or a folder in its place is not waited for.
+File open_regular(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
+  return File(std::fopen(path.c_str(), "rbe"));
+}
+
+/// A new file beside the one to replace, removed again unless it is renamed over it.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& target) : name_(target + ".tmpXXXXXX") {
+    const int descriptor = ::mkostemp(name_.data(), O_CLOEXEC);
+    if (descriptor < 0) return;
+    exists_ = true;
+    stream_.reset(::fdopen(descriptor, "wb"));
+    if (stream_ == nullptr) ::close(descriptor);
+  }
+  ~TemporaryFile() {
+    if (exists_) ::unlink(name_.c_str());
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  std::FILE* stream() const { return stream_.get(); }
+
+  bool sync(mode_t mode) {
+    const int descriptor = ::fileno(stream_.get());
+    const bool synced = std::fflush(stream_.get()) == 0 && std::ferror(stream_.get()) == 0 &&
+                        ::fchmod(descriptor, mode) == 0 && ::fsync(descriptor) == 0;
+    const bool closed = std::fclose(stream_.release()) == 0;
+    return synced && closed;
+  }
+
+  bool rename_over(const std::string& target) {
+    if (::rename(name_.c_str(), target.c_str()) != 0) return false;
+    exists_ = false;
+    return true;
+  }
+
+ private:
+  std::string name_;
+  bool exists_ = false;
+  File stream_;
+};
+
+bool sync_folder_of(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return false;
+  const bool synced = ::fsync(descriptor) == 0;
+  ::close(descriptor);
+  return synced;
+}
+
+}  // namespace
+
+XmlFile::XmlFile(const char* path, Privacy privacy)
+    : path_(path),
+      file_(paths::on_disk(path)),
+      privacy_(privacy),
+      document_(true, tinyxml2::PRESERVE_WHITESPACE) {}
+
+bool XmlFile::load() {
+  const File file = open_regular(file_);
+  return file != nullptr && document_.LoadFile(file.get()) == tinyxml2::XML_SUCCESS;
+}
+
+void XmlFile::keep_aside() {
+  struct stat status {};
+  if (::stat(file_.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return;
+  const std::string aside = file_ + ".corrupt";
+  if (::rename(file_.c_str(), aside.c_str()) != 0) {
+    rl_log_err("%s failed: <%s> can not be kept as <%s>.", __func__, path_.c_str(), aside.c_str());
+  }
+}
+
+void XmlFile::start_afresh() {
+  keep_aside();
+  shell::remove_file(file_.c_str());
+  document_.Clear();
+  document_.InsertEndChild(document_.NewDeclaration());
+}
+
+void XmlFile::start_afresh(shell::HostWords words) {
+  keep_aside();
+  shell::remove_file(file_.c_str(), words);
+  document_.Clear();
+  document_.InsertEndChild(document_.NewDeclaration());
+}
+
+tinyxml2::XMLElement* XmlFile::root_or_new(const char* worker, const char* name) {
+  if (tinyxml2::XMLElement* root = document_.RootElement()) return root;
+  rl_log_warn("%s:<%s> no root node, create!", worker, path_.c_str());
+  tinyxml2::XMLElement* root = document_.NewElement(name);
+  document_.InsertEndChild(root);
+  return root;
+}
+
+tinyxml2::XMLElement* XmlFile::child_or_new(tinyxml2::XMLElement* parent, const char* worker,
+                                            const char* name, const char* what) {
+  if (tinyxml2::XMLElement* child = parent->FirstChildElement(name)) return child;
+  rl_log_warn("%s:<%s> no %s, create!", worker, path_.c_str(), what);
+  tinyxml2::XMLElement* child = document_.NewElement(name);
+  parent->InsertEndChild(child);
+  return child;
+}
+
+bool XmlFile::replace_file() {
+  struct stat old {};
+  const bool replaces = ::stat(file_.c_str(), &old) == 0;
+  const mode_t fresh = privacy_ == Privacy::kPrivate ? 0600 : 0644;
+  const mode_t mode = replaces ? old.st_mode & 07777 : fresh;
+
+  TemporaryFile temporary(file_);
+  if (temporary.stream() == nullptr) return false;
+  return document_.SaveFile(temporary.stream()) == tinyxml2::XML_SUCCESS && temporary.sync(mode) &&
+         temporary.rename_over(file_) && sync_folder_of(file_);
+}
+
+int XmlFile::save(const char* worker) {
+  if (replace_file()) return 0;
+  rl_log_err("%s doc.SaveFile failed.", worker);
+  return -1;
+}
+
+int int_attribute(const tinyxml2::XMLElement& element, const char* name) {
+  return rl_atoi(element.Attribute(name));
+}
+
+tinyxml2::XMLElement* append_element(tinyxml2::XMLElement* parent, const char* worker,
+                                     const char* name) {
+  tinyxml2::XMLElement* element = parent->GetDocument()->NewElement(name);
+  if (element == nullptr || parent->InsertEndChild(element) == nullptr) {
+    rl_log_err("%s failed, LinkEndChild ret NULL.", worker);
+    return nullptr;
+  }
+  return element;
+}
+
+int SaveOrder::save(Number number, XmlFile& file, const char* worker) {
+  const std::lock_guard<std::mutex> hold(mutex_);
+  if (number < saved_) return 0;
+  const int result = file.save(worker);
+  if (result == 0) saved_ = number;
+  return result;
+}
+
+}  // namespace cfgxml

@@ -1,0 +1,122 @@
+// One XML data file: loading, its root element, and saving in one piece.
+#pragma once
+
+#include <tinyxml2.h>
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "support/shell.h"
+
+namespace cfgxml {
+
+/// A document between its file and its users. Paths are the published ones; the file itself is
+/// found below the storage root. Entities are processed and white space is preserved.
+class XmlFile {
+ public:
+  /// Who may read a file that the library creates. A file that is replaced keeps its mode.
+  enum class Privacy { kShared, kPrivate };
+
+  explicit XmlFile(const char* path, Privacy privacy = Privacy::kShared);
+
+  /// Reads the file; false when it is missing, no regular file, or not well-formed.
+  bool load();
+
+  /// Makes an empty document with an XML declaration in place of a file that did not load. What the
+  /// file held is kept as "<file>.corrupt", and the file is removed with "rm -f".
+  void start_afresh();
+  /// The same, removing the file through the host's shell.
+  void start_afresh(shell::HostWords words);
+
+  /// The document's first element, or nullptr.
+  tinyxml2::XMLElement* root() { return document_.RootElement(); }
+
+  /// The root, created with this name when there is none, which is logged for the worker.
+  tinyxml2::XMLElement* root_or_new(const char* worker, const char* name);
+
+  /// The parent's first child of this name, appended to it when there is none, which is logged for
+  /// the worker as "%s:<%s> no WHAT, create!".
+  tinyxml2::XMLElement* child_or_new(tinyxml2::XMLElement* parent, const char* worker,
+                                     const char* name, const char* what);
+
+  /// Replaces the file with the document, indented: written beside it, synced, and renamed over it,
+  /// so that the file is the old one or the new one at any moment. On failure the old file stays,
+  /// "%s doc.SaveFile failed." is logged for the worker, and the result is -1; else 0.
+  int save(const char* worker);
+
+  const char* path() const { return path_.c_str(); }
+
+ private:
+  void keep_aside();
+  bool replace_file();
+
+  std::string path_;
+  std::string file_;
+  Privacy privacy_;
+  tinyxml2::XMLDocument document_;
+};
+
+/// The elements of this name below a parent, for range-based loops; nullptr stands for any name.
+/// The next element is found before the current one is handed out, so the loop may delete it.
+class Children {
+ public:
+  class Iterator {
+   public:
+    Iterator(tinyxml2::XMLElement* element, const char* name) : name_(name) { step_to(element); }
+    tinyxml2::XMLElement& operator*() const { return *element_; }
+    Iterator& operator++() {
+      step_to(next_);
+      return *this;
+    }
+    bool operator!=(const Iterator& other) const { return element_ != other.element_; }
+
+   private:
+    void step_to(tinyxml2::XMLElement* element) {
+      element_ = element;
+      next_ = element != nullptr ? element->NextSiblingElement(name_) : nullptr;
+    }
+
+    const char* name_;
+    tinyxml2::XMLElement* element_ = nullptr;
+    tinyxml2::XMLElement* next_ = nullptr;
+  };
+
+  explicit Children(tinyxml2::XMLElement* parent, const char* name = nullptr)
+      : parent_(parent), name_(name) {}
+  Iterator begin() const { return {parent_->FirstChildElement(name_), name_}; }
+  Iterator end() const { return {nullptr, name_}; }
+
+ private:
+  tinyxml2::XMLElement* parent_;
+  const char* name_;
+};
+
+/// The decimal value of an attribute; 0 when it is absent.
+int int_attribute(const tinyxml2::XMLElement& element, const char* name);
+
+/// Appends an element of this name to a parent; nullptr when that fails, which is logged for the
+/// worker as "%s failed, LinkEndChild ret NULL.".
+tinyxml2::XMLElement* append_element(tinyxml2::XMLElement* parent, const char* worker,
+                                     const char* name);
+
+/// Lets no older snapshot of a file overwrite a newer one when two threads save it at once. A
+/// writer takes a number while it holds the lock of the data it copies, and saves under that number
+/// when it has released it.
+class SaveOrder {
+ public:
+  using Number = std::uint64_t;
+
+  Number take() { return ++taken_; }
+
+  /// Saves the document unless a newer snapshot is on disk already; the result of XmlFile::save.
+  int save(Number number, XmlFile& file, const char* worker);
+
+ private:
+  std::atomic<Number> taken_{0};
+  std::mutex mutex_;
+  Number saved_ = 0;  // guarded by mutex_
+};
+
+}  // namespace cfgxml

@@ -39,6 +39,18 @@ bool format_removal(char (&command)[Capacity], const char* path) {
   return true;
 }
 
+/// Formats the copy, or logs why it is refused.
+template <std::size_t Capacity>
+bool format_copy(char (&command)[Capacity], const char* source, const char* destination) {
+  if (is_unsafe(source, kLeavesQuotes) || is_unsafe(destination, kLeavesQuotes) ||
+      !fits(std::snprintf(command, Capacity, "cp -f \"%s\" \"%s\"", source, destination),
+            Capacity)) {
+    rl_log_err("%s failed: unsafe path <%s>.", __func__, source);
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 bool remove_file(const char* path) {
@@ -55,13 +67,13 @@ int remove_file(const char* path, HostWords words) {
 
 int copy_file(const char* source, const char* destination, HostWords words) {
   char command[1024];
-  if (is_unsafe(source, kLeavesQuotes) || is_unsafe(destination, kLeavesQuotes) ||
-      !fits(std::snprintf(command, sizeof command, "cp -f \"%s\" \"%s\"", source, destination),
-            sizeof command)) {
-    rl_log_err("%s failed: unsafe path <%s>.", __func__, source);
-    return kRefused;
-  }
+  if (!format_copy(command, source, destination)) return kRefused;
   return rl_system_ex(command, words.first, words.second);
+}
+
+bool can_copy(const char* source, const char* destination) {
+  char command[1024];
+  return format_copy(command, source, destination);
 }
 
 }  // namespace cfgxml::shell

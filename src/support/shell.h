@@ -22,4 +22,7 @@ int remove_file(const char* path, HostWords words);
 /// or a control character. The shell's result, or -1 for a path that is refused.
 int copy_file(const char* source, const char* destination, HostWords words);
 
+/// False, with an error in the log, for paths that copy_file refuses.
+bool can_copy(const char* source, const char* destination);
+
 }  // namespace cfgxml::shell

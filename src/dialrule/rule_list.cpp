@@ -11,28 +11,6 @@ namespace {
 
 constexpr shell::HostWords kUploadWords{5, 3};
 
-bool is_valid_file(const ListPlace& place, const char* validator, const char* file_path) {
-  if (is_empty(file_path)) {
-    rl_log_err("%s failed: file_path is empty.", validator);
-    return false;
-  }
-  const int size = rl_file_size(paths::on_disk(file_path).c_str());
-  if (size < 1 || size > CFGXML_DIALRULE_UPLOAD_LIMIT) {
-    rl_log_err("%s failed: invalid file size.", validator);
-    return false;
-  }
-  XmlFile file(file_path);
-  if (!file.load()) {
-    rl_log_err("%s:load file <%s> failed.", validator, file_path);
-    return false;
-  }
-  if (file.root() == nullptr) {
-    rl_log_err("%s:invalid file without root node.", validator);
-    return false;
-  }
-  return file.root()->FirstChildElement(place.list) != nullptr;
-}
-
 }  // namespace
 
 int remove_rule(const ListPlace& place, const char* worker, int id) {
@@ -47,7 +25,7 @@ int remove_rule(const ListPlace& place, const char* worker, int id) {
 
 int upload_rules(const ListPlace& place, const char* worker, const char* validator,
                  const char* file_path) {
-  if (!is_valid_file(place, validator, file_path)) {
+  if (!is_valid_upload(file_path, place.list, validator, CFGXML_DIALRULE_UPLOAD_LIMIT)) {
     rl_log_err("%s failed: file is invalid.", worker);
     return -1;
   }

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 
 #include "message/box.h"
@@ -45,20 +47,30 @@ static_assert(offsetof(SMS_DETAILS_T, next) == (sizeof(void*) == 8 ? 752 : 748))
 static_assert(offsetof(SMS_SUMMARY_T, label) == 12);
 static_assert(offsetof(SMS_SUMMARY_T, next) == 144);
 
-// The counters of a box stay within 0 and the largest int, whatever a file says.
+// The counters of a box are unsigned. They end at 0 and at the largest number, whatever a file
+// says.
 
-void count_up(tinyxml2::XMLElement& box, const char* counter) {
-  const int count = std::max(int_attribute(box, counter), 0);
-  box.SetAttribute(counter, count < std::numeric_limits<int>::max() ? count + 1 : count);
+constexpr std::uint32_t kMost = std::numeric_limits<std::uint32_t>::max();
+
+std::uint32_t counter(const tinyxml2::XMLElement& box, const char* name) {
+  const char* text = box.Attribute(name);
+  const long long value = text != nullptr ? std::strtoll(text, nullptr, 10) : 0;
+  return static_cast<std::uint32_t>(std::clamp<long long>(value, 0, kMost));
 }
 
-void count_down(tinyxml2::XMLElement& box, const char* counter) {
-  box.SetAttribute(counter, std::max(int_attribute(box, counter), 1) - 1);
+void count_up(tinyxml2::XMLElement& box, const char* name) {
+  const std::uint32_t value = counter(box, name);
+  box.SetAttribute(name, value < kMost ? value + 1 : kMost);
+}
+
+void count_down(tinyxml2::XMLElement& box, const char* name) {
+  const std::uint32_t value = counter(box, name);
+  box.SetAttribute(name, value > 0 ? value - 1 : 0);
 }
 
 /// An unread message was read or removed. A count that is 0, or missing, stays as it is.
 void count_down_unread(const Box& box, tinyxml2::XMLElement& element) {
-  if (box.counts_unread && int_attribute(element, "Unread") != 0) count_down(element, "Unread");
+  if (box.counts_unread && counter(element, "Unread") > 0) count_down(element, "Unread");
 }
 
 int box_type(const tinyxml2::XMLElement& element) {

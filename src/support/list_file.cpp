@@ -3,6 +3,7 @@
 #include <cfgxml/host.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 namespace cfgxml {
@@ -23,7 +24,11 @@ tinyxml2::XMLElement* ListFile::open(const char* worker) {
   return file_.child_or_new(root, worker, place_.list, place_.list_title);
 }
 
-int id_of(const tinyxml2::XMLElement& entry) { return int_attribute(entry, "ID"); }
+int id_of(const tinyxml2::XMLElement& entry) {
+  // The host's number reader may stop at the largest int, where unsigned ids go on.
+  const char* text = entry.Attribute("ID");
+  return text != nullptr ? static_cast<int>(std::strtoll(text, nullptr, 10)) : 0;
+}
 
 tinyxml2::XMLElement* find_entry(tinyxml2::XMLElement* list, const char* name, int id) {
   for (tinyxml2::XMLElement& entry : Children(list, name)) {

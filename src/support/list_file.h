@@ -41,7 +41,8 @@ class ListFile {
   XmlFile file_;
 };
 
-/// The ids in files are unsigned; records carry them as signed numbers of the same bits.
+/// The id of an entry. Ids in files are unsigned, and records carry them as signed numbers of the
+/// same bits.
 int id_of(const tinyxml2::XMLElement& entry);
 
 /// The first entry of this name and id, or nullptr.

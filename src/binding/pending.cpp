@@ -1,7 +1,6 @@
 // The slots whose subsystem is not built yet: each fails with its published result and says so.
 #include <cfgxml/csv.h>
 #include <cfgxml/host.h>
-#include <cfgxml/timezone.h>
 
 namespace {
 
@@ -19,8 +18,6 @@ int get_history_xml(const char* /*path*/, HISTORY_DATA_LIST* /*list*/) {
 int save_history_xml(const char* /*path*/, HISTORY_DATA_LIST* /*list*/) {
   return fail(__func__, -1);
 }
-
-int cfg_match_timezone_name(void) { return fail(__func__, -1); }
 
 int is_valid_contact_file_csv(const char* /*path*/) { return fail(__func__, 0); }
 int get_contact_csv(const char* /*path*/, CONTACT_DATA_LIST_T* /*list*/) {

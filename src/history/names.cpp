@@ -29,6 +29,8 @@ class WaitingCalls {
   explicit WaitingCalls(HISTORY_SUMMARY_T* calls) {
     for (; calls != nullptr && count_ < waiting_.size(); calls = calls->next) add(calls);
   }
+  WaitingCalls(const WaitingCalls&) = delete;
+  WaitingCalls& operator=(const WaitingCalls&) = delete;
 
   /// Gives every call the name of the first entry of the list that is for it.
   void name_from(const CONTACT_SUMMARY_T* entry) {

@@ -12,12 +12,6 @@ Result fail(const char* function, Result failure) {
 
 }  // namespace
 
-int get_history_xml(const char* /*path*/, HISTORY_DATA_LIST* /*list*/) {
-  return fail(__func__, -1);
-}
-int save_history_xml(const char* /*path*/, HISTORY_DATA_LIST* /*list*/) {
-  return fail(__func__, -1);
-}
 
 int is_valid_contact_file_csv(const char* /*path*/) { return fail(__func__, 0); }
 int get_contact_csv(const char* /*path*/, CONTACT_DATA_LIST_T* /*list*/) {

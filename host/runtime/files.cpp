@@ -1,0 +1,80 @@
+// Files: plain paths, as the caller gives them.
+#include "runtime/files.h"
+
+#include <cfgxml/host.h>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <iterator>
+#include <limits>
+
+int rl_access(const char* path, int mode) { return ::access(path, mode); }
+
+int rl_file_size(const char* path) {
+  struct stat status {};
+  if (::stat(path, &status) != 0) return -1;
+  constexpr int kMost = std::numeric_limits<int>::max();
+  return status.st_size < kMost ? static_cast<int>(status.st_size) : kMost;
+}
+
+void* rl_opendir(const char* path) { return ::opendir(path); }
+void* rl_readdir(void* directory) { return ::readdir(static_cast<DIR*>(directory)); }
+int rl_closedir(void* directory) { return ::closedir(static_cast<DIR*>(directory)); }
+
+namespace host::files {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool write_all(int descriptor, const std::string& content) {
+  std::size_t written = 0;
+  while (written < content.size()) {
+    const ssize_t count = ::write(descriptor, content.data() + written, content.size() - written);
+    if (count < 0) return false;
+    written += static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
+bool write_synced(const fs::path& file, const std::string& content) {
+  const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (descriptor < 0) return false;
+  const bool written = write_all(descriptor, content) && ::fsync(descriptor) == 0;
+  return ::close(descriptor) == 0 && written;
+}
+
+bool sync_folder(const fs::path& folder) {
+  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return false;
+  const bool synced = ::fsync(descriptor) == 0;
+  ::close(descriptor);
+  return synced;
+}
+
+}  // namespace
+
+std::optional<std::string> read(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream || !fs::is_regular_file(file)) return std::nullopt;
+  std::string content{std::istreambuf_iterator<char>(stream), {}};
+  if (stream.bad()) return std::nullopt;
+  return content;
+}
+
+bool replace(const fs::path& file, const std::string& content) {
+  std::error_code error;
+  fs::create_directories(file.parent_path(), error);
+  fs::path temporary = file;
+  temporary += ".new";
+  if (write_synced(temporary, content)) {
+    fs::rename(temporary, file, error);
+    if (!error && sync_folder(file.parent_path())) return true;
+  }
+  fs::remove(temporary, error);
+  return false;
+}
+
+}  // namespace host::files

@@ -1,5 +1,5 @@
 // The slots whose subsystem is not built yet: each fails with its published result and says so.
-#include <cfgxml/csv.h>
+#include <cfgxml/history.h>
 #include <cfgxml/host.h>
 #include <cfgxml/timezone.h>
 
@@ -21,14 +21,3 @@ int save_history_xml(const char* /*path*/, HISTORY_DATA_LIST* /*list*/) {
 }
 
 int cfg_match_timezone_name(void) { return fail(__func__, -1); }
-
-int is_valid_contact_file_csv(const char* /*path*/) { return fail(__func__, 0); }
-int get_contact_csv(const char* /*path*/, CONTACT_DATA_LIST_T* /*list*/) {
-  return fail(__func__, -1);
-}
-int save_contact_csv(const char* /*path*/, CONTACT_SUMMARY_T* /*summary*/) {
-  return fail(__func__, -1);
-}
-COMMUNITY_DATA_T* get_community_contact_csv(const char* /*path*/) {
-  return fail<COMMUNITY_DATA_T*>(__func__, nullptr);
-}

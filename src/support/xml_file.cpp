@@ -75,6 +75,8 @@ bool XmlFile::load() {
   return file != nullptr && document_.LoadFile(file.get()) == tinyxml2::XML_SUCCESS;
 }
 
+bool XmlFile::parse(const char* text) { return document_.Parse(text) == tinyxml2::XML_SUCCESS; }
+
 void XmlFile::keep_aside() {
   struct stat status {};
   if (::stat(file_.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return;

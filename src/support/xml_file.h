@@ -23,6 +23,8 @@ class XmlFile {
 
   /// Reads the file; false when it is missing, no regular file, or not well-formed.
   bool load();
+  /// Reads a text in place of the file; false when it is not well-formed.
+  bool parse(const char* text);
 
   /// Makes an empty document with an XML declaration in place of a file that did not load. What the
   /// file held is kept as "<file>.corrupt", and the file is removed with "rm -f".

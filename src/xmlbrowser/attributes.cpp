@@ -37,7 +37,7 @@ constexpr InputType kInputTypes[] = {
 }  // namespace
 
 bool is_keyword(const char* value, const char* keyword) {
-  return value != nullptr && rl_strcasecmp(value, keyword) == 0;
+  return value != nullptr && equal_ignoring_case(value, keyword);
 }
 
 std::int32_t decimal(const char* value) { return rl_atoi(value); }

@@ -32,7 +32,9 @@ void presence(Entry& entry, const XMLElement& element) {
   const char* text = element.GetText();
   copy_text(entry.record->Presence, text);
   for (const Presence& listed : kPresences) {
-    if (is_keyword(text, listed.text)) entry.record->PresenceState = listed.state;
+    if (!is_keyword(text, listed.text)) continue;
+    entry.record->PresenceState = listed.state;
+    return;
   }
 }
 
@@ -45,14 +47,17 @@ constexpr ElementRule<Entry> kEntryElements[] = {
     {"Presence", Tag::kPresence, presence},
 };
 
-/// Without a name the entry does not count, and the next one takes its slot.
+/// Without a name the entry does not count, and the next one takes its slot, cleared.
 void entry(Directory& directory, const XMLElement& element) {
   int32_t& count = directory.screen.EntryCount;
   if (count == CFGXML_ENTRY_CAPACITY) return;
   Entry target{&directory.screen.Entries[count]};
-  *target.record = {};
   read_children(element, kEntryElements, directory.names, target);
-  if (!is_empty(target.record->Name)) ++count;
+  if (is_empty(target.record->Name)) {
+    *target.record = {};
+  } else {
+    ++count;
+  }
 }
 
 constexpr ElementRule<Directory> kElements[] = {

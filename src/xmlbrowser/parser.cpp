@@ -56,7 +56,7 @@ const DocumentType* find_type(const XMLElement& root, const char* prefix) {
   for (const DocumentType& type : kTypes) {
     char name[64];  // a longer one is cut
     std::snprintf(name, sizeof name, "%s%s", prefix, type.name);
-    if (rl_strcasecmp(root.Value(), name) == 0) return &type;
+    if (equal_ignoring_case(root.Value(), name)) return &type;
   }
   return nullptr;
 }

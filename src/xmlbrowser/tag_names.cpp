@@ -26,12 +26,12 @@ void TagNames::read(std::initializer_list<Tag> tags) {
 }
 
 bool TagNames::match(const char* element, const char* fixed, Tag tag) const {
-  return rl_strcasecmp(element, fixed) == 0 ||
-         (tag != Tag::kNone && rl_strcasecmp(element, name(tag)) == 0);
+  return equal_ignoring_case(element, fixed) ||
+         (tag != Tag::kNone && equal_ignoring_case(element, name(tag)));
 }
 
 bool FixedNames::match(const char* element, const char* fixed, Tag /*tag*/) const {
-  return rl_strcasecmp(element, fixed) == 0;
+  return equal_ignoring_case(element, fixed);
 }
 
 bool ExactNames::match(const char* element, const char* fixed, Tag /*tag*/) const {

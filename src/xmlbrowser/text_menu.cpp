@@ -63,14 +63,16 @@ void number_copies(XML_MENU_ITEM_T* first, int copies) {
   }
 }
 
-/// Without a prompt the item does not count, and the next one takes its slot.
+/// Without a prompt the item does not count, and the next one takes its slot, cleared.
 void menu_item(Menu& menu, const XMLElement& element) {
   int32_t& count = menu.screen.ItemCount;
   if (count == CFGXML_MENU_ITEM_CAPACITY) return;
   Item item{{&menu.screen.Items[count]}, count == CFGXML_MENU_ITEM_CAPACITY - 1};
-  *item.record = {};
   read_children(element, kItemElements, menu.names, item);
-  if (is_empty(item.record->Prompt)) return;
+  if (is_empty(item.record->Prompt)) {
+    *item.record = {};
+    return;
+  }
 
   set_local_data(element, menu.screen.header.block.menu, count, item.copies);
   number_copies(item.record, item.copies);

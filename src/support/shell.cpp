@@ -28,12 +28,26 @@ bool fits(int length, std::size_t capacity) {
   return length >= 0 && static_cast<std::size_t>(length) < capacity;
 }
 
+using RemovalCommand = char[256];
+
 /// Formats the removal, or logs why it is refused.
-template <std::size_t Capacity>
-bool format_removal(char (&command)[Capacity], const char* path) {
+bool format_removal(RemovalCommand& command, const char* path) {
   if (is_unsafe(path, kStartsWord) ||
-      !fits(std::snprintf(command, Capacity, "rm -f %s", path), Capacity)) {
+      !fits(std::snprintf(command, sizeof command, "rm -f %s", path), sizeof command)) {
     rl_log_err("%s failed: unsafe path <%s>.", __func__, path);
+    return false;
+  }
+  return true;
+}
+
+using CopyCommand = char[1024];
+
+/// Formats the copy, or logs why it is refused.
+bool format_copy(CopyCommand& command, const char* source, const char* destination) {
+  if (is_unsafe(source, kLeavesQuotes) || is_unsafe(destination, kLeavesQuotes) ||
+      !fits(std::snprintf(command, sizeof command, "cp -f \"%s\" \"%s\"", source, destination),
+            sizeof command)) {
+    rl_log_err("%s failed: unsafe path <%s>.", __func__, source);
     return false;
   }
   return true;
@@ -42,25 +56,25 @@ bool format_removal(char (&command)[Capacity], const char* path) {
 }  // namespace
 
 bool remove_file(const char* path) {
-  char command[256];
+  RemovalCommand command;
   // The path was checked above, and the command is the published one.
   return format_removal(command, path) && std::system(command) == 0;  // NOLINT(cert-env33-c)
 }
 
 int remove_file(const char* path, HostWords words) {
-  char command[256];
+  RemovalCommand command;
   if (!format_removal(command, path)) return kRefused;
   return rl_system_ex(command, words.first, words.second);
 }
 
+bool can_copy(const char* source, const char* destination) {
+  CopyCommand command;
+  return format_copy(command, source, destination);
+}
+
 int copy_file(const char* source, const char* destination, HostWords words) {
-  char command[1024];
-  if (is_unsafe(source, kLeavesQuotes) || is_unsafe(destination, kLeavesQuotes) ||
-      !fits(std::snprintf(command, sizeof command, "cp -f \"%s\" \"%s\"", source, destination),
-            sizeof command)) {
-    rl_log_err("%s failed: unsafe path <%s>.", __func__, source);
-    return kRefused;
-  }
+  CopyCommand command;
+  if (!format_copy(command, source, destination)) return kRefused;
   return rl_system_ex(command, words.first, words.second);
 }
 

@@ -17,9 +17,13 @@ bool remove_file(const char* path);
 /// The same command through the host's shell; its result, or -1 for a path that is refused.
 int remove_file(const char* path, HostWords words);
 
-/// Copies a file with cp -f, both paths in double quotes, through the host's shell. The command
-/// fits 1024 bytes or is refused, as is a path with a double quote, "$", a backquote, a backslash
-/// or a control character. The shell's result, or -1 for a path that is refused.
+/// True when copy_file would run its command. It is refused, with an error in the log, for a path
+/// with a double quote, "$", a backquote, a backslash or a control character, and when it does not
+/// fit 1024 bytes.
+bool can_copy(const char* source, const char* destination);
+
+/// Copies a file with cp -f, both paths in double quotes, through the host's shell; the shell's
+/// result, or -1 when it is refused.
 int copy_file(const char* source, const char* destination, HostWords words);
 
 }  // namespace cfgxml::shell

@@ -10,6 +10,7 @@
 
 #include "support/paths.h"
 #include "support/regular_file.h"
+#include "support/text.h"
 #include "support/xml_limits.h"
 
 namespace cfgxml {
@@ -128,6 +129,11 @@ tinyxml2::XMLElement* XmlFile::child_or_new(tinyxml2::XMLElement* parent, const 
   return child;
 }
 
+void XmlFile::redirect(const char* path) {
+  path_ = path;
+  file_ = paths::on_disk(path);
+}
+
 bool XmlFile::replace_file() {
   struct stat old {};
   const bool replaces = ::stat(file_.c_str(), &old) == 0;
@@ -144,6 +150,28 @@ int XmlFile::save(const char* worker) {
   if (replace_file()) return 0;
   rl_log_err("%s doc.SaveFile failed.", worker);
   return -1;
+}
+
+bool is_valid_upload(const char* path, const char* child, const char* worker, int max_size) {
+  if (is_empty(path)) {
+    rl_log_err("%s failed: file_path is empty.", worker);
+    return false;
+  }
+  const int size = rl_file_size(paths::on_disk(path).c_str());
+  if (size < 1 || size > max_size) {
+    rl_log_err("%s failed: invalid file size.", worker);
+    return false;
+  }
+  XmlFile file(path);
+  if (!file.load()) {
+    rl_log_err("%s:load file <%s> failed.", worker, path);
+    return false;
+  }
+  if (file.root() == nullptr) {
+    rl_log_err("%s:invalid file without root node.", worker);
+    return false;
+  }
+  return file.root()->FirstChildElement(child) != nullptr;
 }
 
 int int_attribute(const tinyxml2::XMLElement& element, const char* name) {

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <limits>
 #include <mutex>
 #include <string>
 
@@ -44,6 +45,9 @@ class XmlFile {
   tinyxml2::XMLElement* child_or_new(tinyxml2::XMLElement* parent, const char* worker,
                                      const char* name, const char* what);
 
+  /// Makes save() replace another file than the one that was loaded.
+  void redirect(const char* path);
+
   /// Replaces the file with the document, indented: written beside it, synced, and renamed over it,
   /// so that the file is the old one or the new one at any moment. On failure the old file stays,
   /// "%s doc.SaveFile failed." is logged for the worker, and the result is -1; else 0.
@@ -60,6 +64,12 @@ class XmlFile {
   Privacy privacy_;
   tinyxml2::XMLDocument document_;
 };
+
+/// Checks a file before it is copied over one of the library's own: 0 bytes, more than max_size, no
+/// XML, or a root without a child of this name are not acceptable. The reason is logged for the
+/// worker, except for the last.
+bool is_valid_upload(const char* path, const char* child, const char* worker,
+                     int max_size = std::numeric_limits<int>::max());
 
 /// The elements of this name below a parent, for range-based loops; nullptr stands for any name.
 /// The next element is found before the current one is handed out, so the loop may delete it.

@@ -1,0 +1,87 @@
+// Moving a record from the contacts to the blacklist and back. A move whose second half fails puts
+// the record back where it came from, under a new id.
+#include <cfgxml/host.h>
+#include <cfgxml/phonebook.h>
+
+#include "phonebook/blacklist.h"
+#include "phonebook/contacts.h"
+#include "phonebook/tables.h"
+#include "support/lock.h"
+
+namespace cfgxml::phonebook {
+namespace {
+
+int _cfg_mov_contact_data(int id) {
+  if (id < 1) {
+    rl_log_err("%s failed: invalid contact_id id %d.", __func__, id);
+    return -1;
+  }
+  CONTACT_DATA_T record{};
+  if (_cfg_get_contact_data(id, &record) != 0) {
+    rl_log_err("%s failed: cfg_get_contact_data failed.", __func__);
+    return -1;
+  }
+  char group[sizeof record.Group];
+  copy_text(group, record.Group);
+  copy_text(record.Group, kDefaultGroup);
+  if (is_name_in_black(record.DisplayName, kNoId) == 1) {
+    rl_log_err("%s failed: black name exists.", __func__);
+    return 7;
+  }
+  if (const int result = _cfg_del_contact_data(id); result != 0) {
+    rl_log_err("%s failed: cfg_del_contact_data failed %d.", __func__, result);
+    return result;
+  }
+  if (const int result = _cfg_add_black_data(&record); result != 0) {
+    copy_text(record.Group, group);
+    insert_contact(*cfg_get_contact_list(), record);
+    rl_log_err("%s failed: cfg_add_black_data failed %d.", __func__, result);
+    return result;
+  }
+  return 0;
+}
+
+int _cfg_mov_black_data(int id) {
+  if (id < 1) {
+    rl_log_err("%s failed: invalid blacklist id %d.", __func__, id);
+    return -1;
+  }
+  CONTACT_DATA_T record{};
+  if (_cfg_get_black_data(id, &record) != 0) {
+    rl_log_err("%s failed: cfg_get_black_data failed.", __func__);
+    return -1;
+  }
+  copy_text(record.Group, kDefaultGroup);
+  if (is_name_in_contact(record.DisplayName, kNoId) == 1) {
+    rl_log_err("%s failed: contact name exists.", __func__);
+    return 7;
+  }
+  if (const int result = _cfg_remove_black_data(id); result != 0) {
+    rl_log_err("%s failed: cfg_remove_black_data failed %d.", __func__, result);
+    return result;
+  }
+  if (const int result = _cfg_add_contact_data(&record); result != 0) {
+    insert_black(*cfg_get_black_list(), record);
+    rl_log_err("%s failed: cfg_add_contact_data failed %d.", __func__, result);
+    return result;
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace cfgxml::phonebook
+
+using namespace cfgxml;             // NOLINT(google-build-using-namespace): the boundary
+using namespace cfgxml::phonebook;  // NOLINT(google-build-using-namespace): the boundary
+
+int mov_contact_data(int id) { return guarded(-1, _cfg_mov_contact_data, id); }
+
+int mov_black_data(int id) { return guarded(-1, _cfg_mov_black_data, id); }
+
+int cfg_mov_contact_data(int id) {
+  return under_lock(Lock::kPhonebook, -1, adapter_move_contact_to_blackList, id);
+}
+
+int cfg_mov_black_data(int id) {
+  return under_lock(Lock::kPhonebook, -1, adapter_move_blackList_to_contact, id);
+}

@@ -1,0 +1,37 @@
+// The name checks of a file being loaded, without a walk through the tables for every name.
+#pragma once
+
+#include <cfgxml/phonebook.h>
+
+#include <string_view>
+#include <unordered_set>
+
+namespace cfgxml::phonebook {
+
+/// Answers is_name_in_contact(name, -1) or is_name_in_black(name, -1) for a table that only grows,
+/// through add(). It refers to the names where they stand in the table.
+class NameIndex {
+ public:
+  /// The names that the host's contact list or blacklist holds now. A list that the host does not
+  /// have is asked for again, and its absence logged, at every check.
+  static NameIndex of_contacts();
+  static NameIndex of_blacklist();
+
+  bool contains(const char* name) const;
+
+  /// Notes a record that was stored. One that stands outside the host's table, in a list of the
+  /// caller's, does not count.
+  void add(const CONTACT_DATA_T& record);
+
+ private:
+  using Check = int (*)(const char* name, int id);
+
+  NameIndex(const CONTACT_DATA_T* table, std::size_t capacity, Check check);
+
+  const CONTACT_DATA_T* table_;
+  std::size_t capacity_;
+  Check check_;
+  std::unordered_set<std::string_view> names_;
+};
+
+}  // namespace cfgxml::phonebook

@@ -1,0 +1,86 @@
+// Importing files: the checks, the copies over the phonebook's files, and the reloads.
+#include <cfgxml/host.h>
+#include <cfgxml/phonebook.h>
+
+#include <cstdio>
+
+#include "phonebook/file_format.h"
+#include "phonebook/tables.h"
+#include "support/lock.h"
+#include "support/paths.h"
+#include "support/shell.h"
+#include "support/xml_file.h"
+
+namespace cfgxml::phonebook {
+namespace {
+
+/// What the host's shell receives with the copy of a phonebook file.
+constexpr shell::HostWords kCopyWords{20, 3};
+
+int copy_over(const char* source, const char* destination) {
+  return shell::copy_file(paths::on_disk(source).c_str(), paths::on_disk(destination).c_str(),
+                          kCopyWords);
+}
+
+bool can_copy_over(const char* source, const char* destination) {
+  return shell::can_copy(paths::on_disk(source).c_str(), paths::on_disk(destination).c_str());
+}
+
+int check_contact_file(const char* path, const char* worker) {
+  return is_valid_upload(path, kGroupElement.name, worker) ? 1 : 0;
+}
+
+bool is_valid_blacklist_file(const char* path) {
+  return is_valid_upload(path, kBlacklistElement.name, __func__);
+}
+
+/// The extension behind the path's first "." says whose result counts: a CSV file's import fills
+/// the list itself, an XML file's only replaces the file.
+bool names_csv(const char* path) {
+  char base[256] = "";
+  char extension[256] = "";
+  std::sscanf(path, "%255[^.].%255s", base, extension);  // NOLINT(cert-err34-c): no number is read
+  return equal(extension, "csv") || equal(extension, "CSV");
+}
+
+int _cfg_upload_contact(const char* path) {
+  if (path == nullptr || adapter_check_contact_file_valid(path) == 0) {
+    rl_log_err("%s failed: file is invalid.", __func__);
+    return -1;
+  }
+  const bool is_csv = names_csv(path);
+  if (!is_csv && !can_copy_over(path, paths::kContacts)) return -1;
+  const int imported = adapter_read_contact_file(path);
+  const int reloaded = adapter_read_file_ex(cfg_get_contact_list(), paths::kContacts);
+  return is_csv ? imported : reloaded;
+}
+
+int _cfg_upload_blacklist(const char* path) {
+  if (!is_valid_blacklist_file(path)) {
+    rl_log_err("%s failed: file is invalid.", __func__);
+    return -1;
+  }
+  if (!can_copy_over(path, paths::kBlacklist)) return -1;
+  copy_over(path, paths::kBlacklist);
+  return adapter_read_file_ex(cfg_get_black_list(), paths::kBlacklist);
+}
+
+}  // namespace
+}  // namespace cfgxml::phonebook
+
+using namespace cfgxml;             // NOLINT(google-build-using-namespace): the boundary
+using namespace cfgxml::phonebook;  // NOLINT(google-build-using-namespace): the boundary
+
+int is_valid_contact_file_xml(const char* path) {
+  return guarded(0, check_contact_file, path, __func__);
+}
+
+int copy_contact_xml(const char* path) { return guarded(-1, copy_over, path, paths::kContacts); }
+
+int cfg_upload_contact(const char* path) {
+  return under_lock(Lock::kPhonebook, -1, _cfg_upload_contact, path);
+}
+
+int cfg_upload_blacklist(const char* path) {
+  return under_lock(Lock::kPhonebook, -1, _cfg_upload_blacklist, path);
+}

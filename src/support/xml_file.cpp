@@ -71,6 +71,8 @@ XmlFile::XmlFile(const char* path, Privacy privacy)
       privacy_(privacy),
       document_(true, tinyxml2::PRESERVE_WHITESPACE) {}
 
+bool XmlFile::exists() const { return rl_access(file_.c_str(), 0) == 0; }
+
 bool XmlFile::load() {
   const File file = open_to_read(file_);
   return file != nullptr && document_.LoadFile(file.get()) == tinyxml2::XML_SUCCESS;

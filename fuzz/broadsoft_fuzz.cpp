@@ -54,6 +54,14 @@ void search_full_list(const BSFT_CONTACT_DATA_T* list) {
   require(cfg_get_broadsoft_contact_data(0, &data) == (length > 0 ? 0 : -1));
 }
 
+/// Leaves no list, and no position, which an empty list would keep.
+void forget(const InputFile& file) {
+  constexpr char kPage[] = "<Personal xmlns='http://schema.broadsoft.com/xsi'><entry/></Personal>";
+  file.hold(reinterpret_cast<const std::uint8_t*>(kPage), sizeof kPage - 1);
+  require(cfg_add_broadsoft_contact_summary_to_tail(file.path()) != nullptr);
+  require(cfg_destory_broadsoft_conatct_list() == 0);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -65,14 +73,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto* end = static_cast<const std::uint8_t*>(std::memchr(data, '\0', size));
     const std::size_t length = end != nullptr ? static_cast<std::size_t>(end - data) : size;
     file.hold(data, length);
-    full = check_growth(full, length_of(full), [&] {
-      return static_cast<const BSFT_CONTACT_DATA_T*>(
-          cfg_add_broadsoft_contact_summary_to_tail(file.path()));
-    }());
-    const int before = length_of(simple);
-    const CONTACT_SUMMARY_T* head =
+    const int full_length = length_of(full);
+    const BSFT_CONTACT_DATA_T* full_head = cfg_add_broadsoft_contact_summary_to_tail(file.path());
+    full = check_growth(full, full_length, full_head);
+    const int simple_length = length_of(simple);
+    const CONTACT_SUMMARY_T* simple_head =
         cfg_append_broadsoft_simple_contact_summary(3, file.path(), &pos);
-    simple = check_growth(simple, before, head);
+    simple = check_growth(simple, simple_length, simple_head);
     check_positions(simple, pos);
     const std::size_t used = end != nullptr ? length + 1 : length;
     data += used;
@@ -80,7 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   search_full_list(full);
   require(cfg_destory_broadsoft_simple_conatct_list(3) == (simple != nullptr ? 0 : -1));
-  cfg_destory_broadsoft_conatct_list();
+  forget(file);
   TRIE_RESULT_T* hits = nullptr;
   CfgTrieSearchVague("", &hits);
   return 0;

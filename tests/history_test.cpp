@@ -405,12 +405,16 @@ TEST_F(HistoryTest, AnyRootIsReadAndKept) {
 
 TEST_F(HistoryTest, OnlyTheFirstHundredCallsAreRead) {
   std::string text = "<History>";
-  for (int id = 1; id <= 150; ++id) text += "<Call ID='" + std::to_string(id) + "'/>";
+  for (int id = 150; id > 0; --id) text += "<Call ID='" + std::to_string(id) + "'/>";
   write(kFile, text + "</History>");
-  auto guarded = std::make_unique<std::array<HISTORY_DATA_LIST, 2>>();
-  ASSERT_EQ(history_init(&guarded->front()), 0);
-  EXPECT_EQ(guarded->front().Records[99].ID, 100);
-  EXPECT_EQ(guarded->back().Records[0].ID, 0);
+  const auto tables = std::make_unique<std::array<HISTORY_DATA_LIST, 2>>();
+  ASSERT_EQ(history_init(&tables->front()), 0);
+  EXPECT_EQ(tables->front().Records[99].ID, 51);
+  EXPECT_EQ(tables->back().Records[0].ID, 0) << "nothing is written behind the table";
+
+  history() = tables->front();
+  EXPECT_EQ(add(call("1")), 151) << "the call that gives way counts among the largest ids";
+  EXPECT_EQ(history().Records[0].ID, 149);
 }
 
 TEST_F(HistoryTest, AFileThatDoesNotParseIsKeptAsideAndReadAsEmpty) {

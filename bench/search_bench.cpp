@@ -288,6 +288,7 @@ void delete_first_ours(benchmark::State& state) {
     state.ResumeTiming();
   }
   contact_save_init(0);
+  host::the_host().saver().forget();
 }
 
 /// Only the strings of those that move: 4 x 499 removed and 4 x 499 inserted.
@@ -313,6 +314,7 @@ void add_ours(benchmark::State& state) {
     state.ResumeTiming();
   }
   contact_save_init(0);
+  host::the_host().saver().forget();
 }
 
 void change_ours(benchmark::State& state) {
@@ -325,6 +327,7 @@ void change_ours(benchmark::State& state) {
     std::swap(contact, other);
   }
   contact_save_init(0);
+  host::the_host().saver().forget();
 }
 
 void rebuild_499(benchmark::State& state) {

@@ -281,8 +281,11 @@ Trie::Entries& Trie::pool_of(int book) {
 
 bool spells(const Node* node, const char* text, std::size_t capacity) {
   if (node->depth >= capacity || text[node->depth] != '\0') return false;
+  const char* byte = text + node->depth;
   for (; node->parent != nullptr; node = node->parent) {
-    if (std::memcmp(node->run, text + node->start(), node->length) != 0) return false;
+    for (std::size_t i = node->length; i-- != 0;) {
+      if (static_cast<std::uint8_t>(*--byte) != node->run[i]) return false;
+    }
   }
   return true;
 }

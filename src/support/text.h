@@ -32,6 +32,12 @@ inline bool equal_ignoring_case(const char* left, const char* right) {
   return lower(*left) == lower(*right) && rl_strcasecmp(left, right) == 0;
 }
 
+/// True when the field is what a copy of the text would leave in it, cut to its capacity.
+template <std::size_t Capacity>
+bool holds(const char (&field)[Capacity], const char* text) {
+  return rl_strncmp(field, text != nullptr ? text : "", Capacity - 1) == 0;
+}
+
 /// True when part occurs in text, byte for byte.
 inline bool contains(const char* text, const char* part) {
   return rl_strstr(text, part) != nullptr;

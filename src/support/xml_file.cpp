@@ -80,6 +80,8 @@ XmlFile::XmlFile(const char* path, Privacy privacy)
       privacy_(privacy),
       document_(true, tinyxml2::PRESERVE_WHITESPACE) {}
 
+bool XmlFile::exists() const { return rl_access(file_.c_str(), 0) == 0; }
+
 bool XmlFile::load() {
   std::string text;
   return read_all(open_to_read(file_), text) && parse(text.c_str());

@@ -1,0 +1,254 @@
+// Contact.xml, Blacklist.xml, community files and the uploads: good ones, odd ones and broken ones.
+#include <cfgxml/host.h>
+#include <cfgxml/phonebook.h>
+
+#include <string>
+
+#include "support/phone.h"
+
+namespace {
+
+const std::string kContacts = "/config/Phone/Contact/Contact.xml";
+const std::string kBlacklist = "/config/Phone/Contact/Blacklist.xml";
+
+std::string group_xml(const std::string& name, const std::string& id, const std::string& inside) {
+  return "<Group Id=\"" + id + "\" Name=\"" + name + "\">" + inside + "</Group>";
+}
+
+std::string entry_xml(const std::string& element, int id, const std::string& name) {
+  return "<" + element + " Id=\"" + std::to_string(id) + "\" DisplayName=\"" + name + "\"/>";
+}
+
+class PhonebookFilesTest : public phone_test::Phone {
+ protected:
+  int load(const std::string& inside_root) {
+    write(kContacts, "<Book>" + inside_root + "</Book>");
+    return contact_init(&contacts());
+  }
+
+  int load_blacklist(const std::string& inside_root) {
+    write(kBlacklist, "<Black>" + inside_root + "</Black>");
+    return black_init(&blacklist());
+  }
+};
+
+TEST_F(PhonebookFilesTest, WhatIsWrittenIsReadBack) {
+  write(kContacts,
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Book>\n"
+        "    <Group Id=\"3\" Name=\"Work\" Ring=\"Bell\" Description=\"at &lt;work&gt;\">\n"
+        "        <Contact Id=\"4\" Line=\"2\" DisplayName=\"Zo\xC3\xAB &amp; Co\""
+        " OfficeNumber=\"+1\" MobileNumber=\"2\" OtherNumber=\"3\" Ring=\"Auto\""
+        " Photo=\"Default\"/>\n    </Group>\n"
+        "    <Group Id=\"7\" Name=\"Default\" Ring=\"Auto\" Description=\"\"/>\n</Book>\n");
+  const std::string before = read(kContacts);
+  ASSERT_EQ(contact_init(&contacts()), 0);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Zo\xC3\xAB & Co");
+  EXPECT_STREQ(contacts().Contacts[0].Group, "Work");
+  EXPECT_EQ(contacts().Contacts[0].Line, 2);
+  EXPECT_STREQ(contacts().Groups[0].Description, "at <work>");
+  EXPECT_EQ(contact_delay_save(), 0);
+  EXPECT_EQ(read(kContacts), before) << "the root keeps its name";
+  EXPECT_TRUE(logged("Enter save_contact_xml"));
+}
+
+TEST_F(PhonebookFilesTest, DefaultGroupIsAddedBehindTheLargestId) {
+  EXPECT_EQ(load(group_xml("Work", "3", "") + group_xml("Home", "7", "")), 0);
+  EXPECT_EQ(contacts().Groups[2].Id, 8);
+  EXPECT_STREQ(contacts().Groups[2].Name, "Default");
+  EXPECT_STREQ(contacts().Groups[2].Ring, "Auto");
+  EXPECT_EQ(load(""), 0);
+  EXPECT_EQ(contacts().Groups[0].Id, 1);
+  EXPECT_EQ(contacts().Groups[1].Id, 0) << "the earlier groups are gone";
+}
+
+TEST_F(PhonebookFilesTest, LimitsAndDuplicatesAreReported) {
+  std::string six;
+  for (const char* id : {"1", "2", "3", "4", "5", "6"})
+    six += group_xml("g" + std::string(id), id, "");
+  EXPECT_EQ(load(six), 16);
+  EXPECT_STREQ(contacts().Groups[4].Name, "g5");
+  EXPECT_STREQ(contacts().Groups[5].Name, "Default");
+  EXPECT_EQ(load(group_xml("Default", "1", "") + six), 16);
+  EXPECT_STREQ(contacts().Groups[5].Name, "g5");
+
+  std::string many;
+  for (int i = 1; i <= 501; ++i) many += entry_xml("Contact", i, "c" + std::to_string(i));
+  EXPECT_EQ(load(group_xml("Default", "1", many)), 17);
+  EXPECT_EQ(contacts().Contacts[499].Id, 500);
+
+  EXPECT_EQ(load(group_xml("Default", "1",
+                           entry_xml("Contact", 1, "Ann") + entry_xml("Contact", 2, "Ann"))),
+            19);
+  EXPECT_EQ(contacts().Contacts[1].Id, 0);
+  EXPECT_EQ(load(group_xml("A", "1", "") + group_xml("A", "2", entry_xml("Contact", 1, "Ann"))),
+            19);
+  EXPECT_EQ(contacts().Contacts[0].Id, 0) << "the second group is skipped with what it holds";
+
+  ASSERT_EQ(load_blacklist(entry_xml("Blacklist", 1, "Bad")), 0);
+  EXPECT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Bad"))), 19);
+  EXPECT_EQ(contacts().Contacts[0].Id, 0);
+}
+
+TEST_F(PhonebookFilesTest, OddElementsAreSkippedAndTextsCut) {
+  const std::string long_name(10000, 'n');
+  EXPECT_EQ(
+      load(entry_xml("Contact", 1, "outside") + group_xml("", "1", entry_xml("Contact", 1, "a")) +
+           group_xml("negative", "-1", entry_xml("Contact", 1, "b")) +
+           group_xml("Work", "2",
+                     entry_xml("Contact", 0, "c") + entry_xml("Other", 1, "d") +
+                         entry_xml("Contact", 5, "") + entry_xml("Contact", 6, "") +
+                         entry_xml("Contact", 7, "bad utf8 \xFF\xC3") +
+                         entry_xml("Contact", 8, long_name))),
+      0);
+  EXPECT_STREQ(contacts().Groups[0].Name, "Work");
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "(Empty)");
+  EXPECT_STREQ(contacts().Contacts[1].DisplayName, "(Empty)") << "no name is no duplicate";
+  EXPECT_STREQ(contacts().Contacts[2].DisplayName, "bad utf8 \xFF\xC3");
+  EXPECT_EQ(contacts().Contacts[3].DisplayName, long_name.substr(0, 63));
+  EXPECT_EQ(contacts().Contacts[4].Id, 0);
+}
+
+TEST_F(PhonebookFilesTest, BrokenContactFileLeavesNothingAndIsKeptAsideAtTheNextSave) {
+  ASSERT_EQ(load(group_xml("Work", "1", entry_xml("Contact", 1, "Ann"))), 0);
+  write(kContacts, "<Book><Group");
+  EXPECT_EQ(contact_init(&contacts()), -1);
+  EXPECT_TRUE(logged("load file </config/Phone/Contact/Contact.xml> failed!"));
+  EXPECT_EQ(contacts().Groups[0].Id, 0);
+  EXPECT_EQ(contacts().Contacts[0].Id, 0);
+  EXPECT_EQ(read(kContacts), "<Book><Group") << "reading changes no file";
+
+  contacts().Contacts[0].Id = 1;
+  EXPECT_EQ(contact_delay_save(), 0);
+  EXPECT_TRUE(
+      logged("save_contact_xml:load file </config/Phone/Contact/Contact.xml> failed, create "
+             "a new file!"));
+  EXPECT_EQ(read(kContacts + ".corrupt"), "<Book><Group");
+  EXPECT_EQ(read(kContacts),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ContactData>\n"
+            "    <Group Id=\"1\" Name=\"Default\" Ring=\"Auto\" Description=\"\">\n"
+            "        <Contact Id=\"1\" Line=\"0\" DisplayName=\"(Empty)\" OfficeNumber=\"\""
+            " MobileNumber=\"\" OtherNumber=\"\" Ring=\"\" Photo=\"\"/>\n"
+            "    </Group>\n</ContactData>\n")
+      << "contacts without a group are written under one that a reload finds";
+
+  write(kContacts, "<!-- no root -->");
+  EXPECT_EQ(contact_init(&contacts()), -1);
+  EXPECT_TRUE(logged("file </config/Phone/Contact/Contact.xml> has no root element!"));
+}
+
+TEST_F(PhonebookFilesTest, BlacklistFileFollowsItsOwnRules) {
+  EXPECT_EQ(load_blacklist(""), -1);
+  EXPECT_EQ(load_blacklist(entry_xml("Blacklist", 0, "x")), -1);
+  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Ann"))), 0);
+  EXPECT_EQ(load_blacklist("<Blacklist Id=\"4\" Line=\"1\" DisplayName=\"Bad\" OfficeNumber=\"1\""
+                           " Group=\"Work\" Ring=\"r\" Photo=\"p\"/>" +
+                           entry_xml("Blacklist", 5, "Ann") + entry_xml("Blacklist", 6, "Bad")),
+            19);
+  EXPECT_STREQ(blacklist().Entries[0].Group, "") << "the group is not read back";
+  EXPECT_EQ(blacklist().Entries[1].Id, 0);
+  EXPECT_EQ(read(kBlacklist),
+            "<Black>\n    <Blacklist Id=\"4\" Line=\"1\" DisplayName=\"Bad\" OfficeNumber=\"1\""
+            " MobileNumber=\"\" OtherNumber=\"\" Group=\"\" Ring=\"r\" Photo=\"p\"/>\n</Black>\n")
+      << "the skipped entries are gone from the file";
+
+  std::string hundred;
+  for (int i = 1; i <= 101; ++i) hundred += entry_xml("Blacklist", i, "b" + std::to_string(i));
+  EXPECT_EQ(load_blacklist(hundred), 18);
+  EXPECT_EQ(blacklist().Entries[99].Id, 100);
+
+  write(kBlacklist, "<Black");
+  EXPECT_EQ(black_init(&blacklist()), -1);
+  EXPECT_TRUE(
+      logged("get_blacklist_xml failed,  load file </config/Phone/Contact/Blacklist.xml> failed."));
+  EXPECT_EQ(blacklist().Entries[99].Id, 100) << "cleared only once the file is open";
+}
+
+TEST_F(PhonebookFilesTest, SaveThatFailsKeepsTheOldFile) {
+  ASSERT_EQ(load(group_xml("Work", "1", "")), 0);
+  std::filesystem::remove_all(on_disk("/config/Phone/Contact"));
+  EXPECT_EQ(contact_delay_save(), -1);
+  EXPECT_TRUE(logged("save_contact_xml doc.SaveFile failed."));
+  EXPECT_EQ(black_delay_save(), -1);
+  EXPECT_TRUE(logged("save_blacklist_xml doc.SaveFile failed."));
+  EXPECT_EQ(save_contact_xml(kContacts.c_str(), nullptr), -1);
+  EXPECT_TRUE(logged("save_contact_xml: Bad parameters"));
+}
+
+TEST_F(PhonebookFilesTest, SavedFilesAreReplacedInOnePiece) {
+  ASSERT_EQ(load(group_xml("Work", "1", "")), 0);
+  std::filesystem::permissions(on_disk(kContacts), std::filesystem::perms(0640));
+  const std::filesystem::path folder = on_disk("/config/Phone/Contact");
+  std::filesystem::create_hard_link(on_disk(kContacts), folder / "old");
+  EXPECT_EQ(contact_delay_save(), 0);
+  EXPECT_EQ(read("/config/Phone/Contact/old"), "<Book>" + group_xml("Work", "1", "") + "</Book>")
+      << "the old bytes were not written over";
+  EXPECT_EQ(std::filesystem::status(on_disk(kContacts)).permissions(),
+            std::filesystem::perms(0640));
+  std::filesystem::remove(folder / "old");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "nothing is left";
+}
+
+TEST_F(PhonebookFilesTest, CommunityDataIsWrittenToItsPath) {
+  COMMUNITY_CONTACT_T lost{};
+  lost.Contact.Id = 0;
+  COMMUNITY_CONTACT_T ann{};
+  ann.Contact.Id = 1;
+  ann.next = &lost;
+  rl_strcpy_s(ann.Contact.DisplayName, 64, "Ann");
+  rl_strcpy_s(ann.Contact.Group, 64, "Work");
+  GROUP_SUMMARY_T work{};
+  work.Id = 1;
+  rl_strcpy_s(work.Name, 64, "Work");
+  COMMUNITY_DATA_T data{{nullptr, nullptr}, &work, &ann};
+  EXPECT_EQ(save_community_xml(on_disk("/community.xml").c_str(), &data), 0);
+  EXPECT_EQ(read("/community.xml"),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ContactData>\n"
+            "    <Group Id=\"1\" Name=\"Work\" Ring=\"\" Description=\"\">\n"
+            "        <Contact Id=\"1\" Line=\"0\" DisplayName=\"Ann\" OfficeNumber=\"\""
+            " MobileNumber=\"\" OtherNumber=\"\" Ring=\"\" Photo=\"\"/>\n"
+            "    </Group>\n</ContactData>\n");
+  EXPECT_EQ(save_community_xml(nullptr, &data), -1);
+  EXPECT_TRUE(logged("save_community_xml: Bad parameters"));
+}
+
+TEST_F(PhonebookFilesTest, UploadsReplaceTheFileAndReload) {
+  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Old"))), 0);
+  write("/new.xml", "<B>" + group_xml("Work", "2", entry_xml("Contact", 1, "New")) + "</B>");
+  EXPECT_EQ(cfg_upload_contact(on_disk("/new.xml").c_str()), 0);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "New");
+
+  write("/black.xml", "<B>" + entry_xml("Blacklist", 1, "Bad") + "</B>");
+  EXPECT_EQ(cfg_upload_blacklist(on_disk("/black.xml").c_str()), 0);
+  EXPECT_STREQ(blacklist().Entries[0].DisplayName, "Bad");
+  EXPECT_EQ(commands().back(),
+            "cp -f \"" + on_disk("/black.xml") + "\" \"" + on_disk(kBlacklist) + "\"");
+
+  write("/flat.xml", "<B>" + entry_xml("Contact", 1, "x") + "</B>");
+  EXPECT_EQ(is_valid_contact_file_xml(on_disk("/flat.xml").c_str()), 0);
+  EXPECT_EQ(cfg_upload_contact(on_disk("/flat.xml").c_str()), -1);
+  EXPECT_TRUE(logged("_cfg_upload_contact failed: file is invalid."));
+  EXPECT_EQ(cfg_upload_blacklist(on_disk("/flat.xml").c_str()), -1);
+  EXPECT_EQ(cfg_upload_blacklist(on_disk("/missing.xml").c_str()), -1);
+  EXPECT_TRUE(logged("is_valid_blacklist_file failed: invalid file size."));
+  EXPECT_EQ(cfg_upload_blacklist(""), -1);
+  EXPECT_TRUE(logged("is_valid_blacklist_file failed: file_path is empty."));
+  EXPECT_EQ(is_valid_contact_file_xml(on_disk("/").c_str()), 0) << "a folder";
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "New") << "refused files change nothing";
+}
+
+TEST_F(PhonebookFilesTest, PathsThatCouldLeaveTheirQuotesReachNoShell) {
+  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Old"))), 0);
+  for (const char* name : {"/a\".xml", "/$HOME.xml", "/`id`.xml", "/a\nb.xml", "/a\\.xml"}) {
+    write(name, "<B>" + entry_xml("Blacklist", 1, "x") + group_xml("g", "1", "") + "</B>");
+    const std::string path = on_disk(name);
+    EXPECT_EQ(copy_contact_xml(path.c_str()), -1) << path;
+    EXPECT_EQ(cfg_upload_contact(path.c_str()), -1) << path;
+    EXPECT_EQ(cfg_upload_blacklist(path.c_str()), -1) << path;
+  }
+  const std::string too_long = on_disk("/") + std::string(200, 'x') + "/" + std::string(800, 'y');
+  EXPECT_EQ(copy_contact_xml(too_long.c_str()), -1);
+  EXPECT_TRUE(commands().empty());
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Old");
+}
+
+}  // namespace

@@ -16,6 +16,7 @@ void add_blacklist_commands(CLI::App& app, Phone& phone);
 void add_move_commands(CLI::App& app, Phone& phone);
 void add_keys_command(CLI::App& app, Phone& phone);
 void add_remote_commands(CLI::App& app, Phone& phone);
+void add_screen_command(CLI::App& app, Phone& phone);
 
 /// A family: a command that only holds others.
 CLI::App& add_family(CLI::App& app, const char* name, const char* description);

@@ -23,6 +23,12 @@ inline int compare(const char* left, const char* right) {
 
 inline bool equal(const char* left, const char* right) { return compare(left, right) == 0; }
 
+/// True when the field is what a copy of the text would leave in it, cut to its capacity.
+template <std::size_t Capacity>
+bool holds(const char (&field)[Capacity], const char* text) {
+  return rl_strncmp(field, text != nullptr ? text : "", Capacity - 1) == 0;
+}
+
 inline char lower(char letter) {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
@@ -30,12 +36,6 @@ inline char lower(char letter) {
 /// Equality of two texts ignoring letter case; looking at the first letter here spares most calls.
 inline bool equal_ignoring_case(const char* left, const char* right) {
   return lower(*left) == lower(*right) && rl_strcasecmp(left, right) == 0;
-}
-
-/// True when the field is what a copy of the text would leave in it, cut to its capacity.
-template <std::size_t Capacity>
-bool holds(const char (&field)[Capacity], const char* text) {
-  return rl_strncmp(field, text != nullptr ? text : "", Capacity - 1) == 0;
 }
 
 /// True when part occurs in text, byte for byte.

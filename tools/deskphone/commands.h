@@ -16,6 +16,8 @@ void add_blacklist_commands(CLI::App& app, Phone& phone);
 void add_move_commands(CLI::App& app, Phone& phone);
 void add_keys_command(CLI::App& app, Phone& phone);
 void add_remote_commands(CLI::App& app, Phone& phone);
+void add_history_commands(CLI::App& app, Phone& phone);
+void add_caller_commands(CLI::App& app, Phone& phone);
 void add_screen_command(CLI::App& app, Phone& phone);
 
 /// A family: a command that only holds others.

@@ -31,6 +31,7 @@ constexpr void (*kFamilies[])(CLI::App&, Phone&) = {
     add_message_commands,
     add_timezone_commands,
     add_notify_commands,
+    add_screen_command,
 };
 
 constexpr char kFooter[] =

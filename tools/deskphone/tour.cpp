@@ -11,6 +11,7 @@
 #include "runtime/files.h"
 #include "text.h"
 #include "tour_restart.h"
+#include "tour_screens.h"
 
 namespace deskphone {
 namespace {
@@ -159,6 +160,7 @@ constexpr TourStep kSteps[] = {
     {"Adding a contact", add_a_contact},
     {"Adding it again", add_it_again},
     {"Moving it to the blacklist and back", move_there_and_back},
+    {"A menu and a directory from the XML browser", tour_screens},
     {"Restarting", tour_restart},
 };
 

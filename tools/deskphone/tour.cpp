@@ -158,6 +158,8 @@ constexpr TourStep kSteps[] = {
     {"Adding a contact", add_a_contact},
     {"Adding it again", add_it_again},
     {"Moving it to the blacklist and back", move_there_and_back},
+    {"Reading a message", tour_messages},
+    {"Adding a dial rule", tour_dialrules},
     {"Restarting", tour_restart},
 };
 

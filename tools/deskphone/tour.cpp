@@ -161,6 +161,8 @@ constexpr TourStep kSteps[] = {
     {"Adding it again", add_it_again},
     {"Moving it to the blacklist and back", move_there_and_back},
     {"A menu and a directory from the XML browser", tour_screens},
+    {"Reading a message", tour_messages},
+    {"Adding a dial rule", tour_dialrules},
     {"Restarting", tour_restart},
 };
 

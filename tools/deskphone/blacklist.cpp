@@ -15,9 +15,7 @@ namespace {
 constexpr char kBlacklistFile[] = "/config/Phone/Contact/Blacklist.xml";
 
 void list_entries(const Phone& phone, const Summaries& entries) {
-  std::vector<Row> rows;
-  for (const CONTACT_SUMMARY_T& entry : entries) rows.push_back(row_of(entry));
-  phone.output().list(rows,
+  phone.output().list(rows_of(entries),
                       {{"id", "Id"},
                        {"name", "Name"},
                        {"office", "Office"},
@@ -139,10 +137,9 @@ void add_change_commands(CLI::App& family, Phone& phone) {
   CLI::App& remove = add_command(family, "delete", "Delete entries",
                                  "blacklist delete 4\n"
                                  "blacklist delete --all");
-  auto* what = remove.add_option_group("what", "One of these");
-  what->add_option("id", deletion->ids, "The entries' ids");
-  what->add_flag("--all", deletion->all, "Every entry");
-  what->require_option(1);
+  remove.add_option("id", deletion->ids, "The entries' ids");
+  remove.add_flag("--all", deletion->all, "Every entry");
+  remove.require_option(1);
   on_run(remove, phone, [&phone, deletion] { delete_entries(phone, *deletion); });
 
   auto file = std::make_shared<std::string>();

@@ -19,9 +19,7 @@ void expect_group(const Phone& phone, const std::string& name) {
 }
 
 void list_contacts(const Phone& phone, const Summaries& contacts) {
-  std::vector<Row> rows;
-  for (const CONTACT_SUMMARY_T& contact : contacts) rows.push_back(row_of(contact));
-  phone.output().list(rows, kContactColumns, "contacts");
+  phone.output().list(rows_of(contacts), kContactColumns, "contacts");
 }
 
 void add_contact(const Phone& phone, const RecordFields& fields) {
@@ -163,11 +161,10 @@ void add_change_commands(CLI::App& family, Phone& phone) {
                                  "contacts delete 12 13 14\n"
                                  "contacts delete --group Suppliers\n"
                                  "contacts delete --all");
-  auto* what = remove.add_option_group("what", "One of these");
-  what->add_option("id", deletion->ids, "The contacts' ids");
-  what->add_option("--group", deletion->group, "Every contact of this group");
-  what->add_flag("--all", deletion->all, "Every contact");
-  what->require_option(1);
+  remove.add_option("id", deletion->ids, "The contacts' ids");
+  remove.add_option("--group", deletion->group, "Every contact of this group");
+  remove.add_flag("--all", deletion->all, "Every contact");
+  remove.require_option(1);
   on_run(remove, phone, [&phone, deletion] { delete_contacts(phone, *deletion); });
 }
 

@@ -128,10 +128,9 @@ void add_change_commands(CLI::App& family, Phone& phone) {
       add_command(family, "delete", "Delete groups; their contacts move to the group Default",
                   "groups delete 3\n"
                   "groups delete --all");
-  auto* what = remove.add_option_group("what", "One of these");
-  what->add_option("id", deletion->ids, "The groups' ids");
-  what->add_flag("--all", deletion->all, "Every group but Default");
-  what->require_option(1);
+  remove.add_option("id", deletion->ids, "The groups' ids");
+  remove.add_flag("--all", deletion->all, "Every group but Default");
+  remove.require_option(1);
   on_run(remove, phone, [&phone, deletion] { delete_groups(phone, *deletion); });
 }
 

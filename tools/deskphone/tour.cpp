@@ -10,6 +10,7 @@
 #include "failure.h"
 #include "runtime/files.h"
 #include "text.h"
+#include "tour_calls.h"
 #include "tour_restart.h"
 #include "tour_screens.h"
 
@@ -160,6 +161,7 @@ constexpr TourStep kSteps[] = {
     {"Adding a contact", add_a_contact},
     {"Adding it again", add_it_again},
     {"Moving it to the blacklist and back", move_there_and_back},
+    {"Being called", tour_calls},
     {"A menu and a directory from the XML browser", tour_screens},
     {"Reading a message", tour_messages},
     {"Adding a dial rule", tour_dialrules},

@@ -18,8 +18,8 @@ constexpr int kWrongUsage = 2;
 /// The families, in the order of --help. A new one is a file of its own (see contacts.cpp), its
 /// function declared in commands.h, and a line here.
 constexpr void (*kFamilies[])(CLI::App&, Phone&) = {
-    add_contacts_commands, add_groups_commands, add_blacklist_commands,
-    add_move_commands,     add_keys_command,    add_remote_commands,
+    add_contacts_commands, add_groups_commands, add_blacklist_commands, add_move_commands,
+    add_keys_command,      add_remote_commands, add_directory_commands,
 };
 
 constexpr char kFooter[] =

@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "failure.h"
 #include "record_options.h"
+#include "text.h"
 #include "user_file.h"
 
 namespace deskphone {
@@ -15,15 +16,13 @@ namespace {
 constexpr char kBlacklistFile[] = "/config/Phone/Contact/Blacklist.xml";
 
 void list_entries(const Phone& phone, const Summaries& entries) {
-  std::vector<Row> rows;
-  for (const CONTACT_SUMMARY_T& entry : entries) rows.push_back(row_of(entry));
-  phone.output().list(rows,
+  phone.output().list(rows_of(entries),
                       {{"id", "Id"},
                        {"name", "Name"},
                        {"office", "Office"},
                        {"mobile", "Mobile"},
                        {"other", "Other"}},
-                      "blacklist entries");
+                      "blacklist entry", "blacklist entries");
 }
 
 void add_entry(const Phone& phone, const RecordFields& fields) {
@@ -63,8 +62,9 @@ void delete_entries(const Phone& phone, const Deletion& deletion) {
     for (const int id : deletion.ids) phonebook.delete_blacklist_entry(id);
   }
   const std::size_t deleted = before - phonebook.blacklist().size();
-  phone.output().done(fmt::format("Deleted {} blacklist entries.", deleted),
-                      {{"deleted", deleted}});
+  phone.output().done(
+      fmt::format("Deleted {}.", counted(deleted, "blacklist entry", "blacklist entries")),
+      {{"deleted", deleted}});
 }
 
 /// The plug-in copies the file before it reads it, so the old file is kept until it was read.
@@ -90,9 +90,9 @@ void upload_blacklist(const Phone& phone, const std::string& file) {
                     file));
   }
   const std::size_t count = phonebook.blacklist().size();
-  phone.output().done(
-      fmt::format("Uploaded {}: the phone has {} blacklist entries now.", file, count),
-      {{"entries", count}});
+  phone.output().done(fmt::format("Uploaded {}: the phone has {} now.", file,
+                                  counted(count, "blacklist entry", "blacklist entries")),
+                      {{"entries", count}});
   const std::string note = loading_note(result);
   if (!note.empty()) remark(note);
 }
@@ -139,10 +139,9 @@ void add_change_commands(CLI::App& family, Phone& phone) {
   CLI::App& remove = add_command(family, "delete", "Delete entries",
                                  "blacklist delete 4\n"
                                  "blacklist delete --all");
-  auto* what = remove.add_option_group("what", "One of these");
-  what->add_option("id", deletion->ids, "The entries' ids");
-  what->add_flag("--all", deletion->all, "Every entry");
-  what->require_option(1);
+  remove.add_option("id", deletion->ids, "The entries' ids");
+  remove.add_flag("--all", deletion->all, "Every entry");
+  remove.require_option(1);
   on_run(remove, phone, [&phone, deletion] { delete_entries(phone, *deletion); });
 
   auto file = std::make_shared<std::string>();

@@ -8,6 +8,7 @@
 #include "contact_import.h"
 #include "failure.h"
 #include "record_options.h"
+#include "text.h"
 #include "user_file.h"
 
 namespace deskphone {
@@ -20,9 +21,7 @@ void expect_group(const Phone& phone, const std::string& name) {
 }
 
 void list_contacts(const Phone& phone, const Summaries& contacts) {
-  std::vector<Row> rows;
-  for (const CONTACT_SUMMARY_T& contact : contacts) rows.push_back(row_of(contact));
-  phone.output().list(rows, kContactColumns, "contacts");
+  phone.output().list(rows_of(contacts), kContactColumns, "contact", "contacts");
 }
 
 void add_contact(const Phone& phone, const RecordFields& fields) {
@@ -70,7 +69,8 @@ void delete_contacts(const Phone& phone, const Deletion& deletion) {
     for (const int id : deletion.ids) phonebook.delete_contact(id);
   }
   const std::size_t deleted = before - phonebook.contacts().size();
-  phone.output().done(fmt::format("Deleted {} contacts.", deleted), {{"deleted", deleted}});
+  phone.output().done(fmt::format("Deleted {}.", counted(deleted, "contact", "contacts")),
+                      {{"deleted", deleted}});
 }
 
 void upload_contacts(const Phone& phone, const std::string& file) {
@@ -85,7 +85,8 @@ void upload_contacts(const Phone& phone, const std::string& file) {
                     file, result));
   }
   const std::size_t count = phone.phonebook().contacts().size();
-  phone.output().done(fmt::format("Uploaded {}: the phone has {} contacts now.", file, count),
+  phone.output().done(fmt::format("Uploaded {}: the phone has {} now.", file,
+                                  counted(count, "contact", "contacts")),
                       {{"contacts", count}});
   if (!note.empty()) remark(note);
 }
@@ -148,11 +149,10 @@ void add_change_commands(CLI::App& family, Phone& phone) {
                                  "contacts delete 12 13 14\n"
                                  "contacts delete --group Suppliers\n"
                                  "contacts delete --all");
-  auto* what = remove.add_option_group("what", "One of these");
-  what->add_option("id", deletion->ids, "The contacts' ids");
-  what->add_option("--group", deletion->group, "Every contact of this group");
-  what->add_flag("--all", deletion->all, "Every contact");
-  what->require_option(1);
+  remove.add_option("id", deletion->ids, "The contacts' ids");
+  remove.add_option("--group", deletion->group, "Every contact of this group");
+  remove.add_flag("--all", deletion->all, "Every contact");
+  remove.require_option(1);
   on_run(remove, phone, [&phone, deletion] { delete_contacts(phone, *deletion); });
 }
 

@@ -29,7 +29,7 @@ void list_groups(const Phone& phone) {
                        {"contacts", "Contacts"},
                        {"ring", "Ring"},
                        {"description", "Description"}},
-                      "groups");
+                      "group", "groups");
 }
 
 /// The fields given on the command line; one that was not given leaves the group's as it is.
@@ -85,8 +85,9 @@ void delete_groups(const Phone& phone, const Deletion& deletion) {
     for (const int id : deletion.ids) phonebook.delete_group(id);
   }
   const std::size_t deleted = before - phonebook.groups().size();
-  phone.output().done(fmt::format("Deleted {} groups; their contacts are in Default.", deleted),
-                      {{"deleted", deleted}});
+  phone.output().done(
+      fmt::format("Deleted {}; the contacts are in Default.", counted(deleted, "group", "groups")),
+      {{"deleted", deleted}});
 }
 
 void add_list_commands(CLI::App& family, Phone& phone) {
@@ -128,10 +129,9 @@ void add_change_commands(CLI::App& family, Phone& phone) {
       add_command(family, "delete", "Delete groups; their contacts move to the group Default",
                   "groups delete 3\n"
                   "groups delete --all");
-  auto* what = remove.add_option_group("what", "One of these");
-  what->add_option("id", deletion->ids, "The groups' ids");
-  what->add_flag("--all", deletion->all, "Every group but Default");
-  what->require_option(1);
+  remove.add_option("id", deletion->ids, "The groups' ids");
+  remove.add_flag("--all", deletion->all, "Every group but Default");
+  remove.require_option(1);
   on_run(remove, phone, [&phone, deletion] { delete_groups(phone, *deletion); });
 }
 

@@ -18,8 +18,21 @@ constexpr int kWrongUsage = 2;
 /// The families, in the order of --help. A new one is a file of its own (see contacts.cpp), its
 /// function declared in commands.h, and a line here.
 constexpr void (*kFamilies[])(CLI::App&, Phone&) = {
-    add_contacts_commands, add_groups_commands, add_blacklist_commands, add_move_commands,
-    add_keys_command,      add_remote_commands, add_directory_commands,
+    add_tour,
+    add_contacts_commands,
+    add_groups_commands,
+    add_blacklist_commands,
+    add_move_commands,
+    add_keys_command,
+    add_remote_commands,
+    add_directory_commands,
+    add_history_commands,
+    add_caller_commands,
+    add_dialrule_commands,
+    add_message_commands,
+    add_timezone_commands,
+    add_notify_commands,
+    add_screen_command,
 };
 
 constexpr char kFooter[] =
@@ -43,8 +56,9 @@ int run(int argc, char** argv) {
   hold_signals();
   Options options;
   Phone phone(options);
-  CLI::App app("A desk phone on the command line: phonebook, blacklist, keypad search.",
-               "deskphone");
+  CLI::App app(
+      "A desk phone on the command line: phonebook, blacklist, keypad search, call history.",
+      "deskphone");
   app.require_subcommand(1);
   app.fallthrough();  // for the subcommands: their parents' options may follow them
   app.footer(kFooter);

@@ -8,26 +8,15 @@
 namespace deskphone {
 namespace {
 
-/// The record that a move has made is the last one: it has the largest id.
-int newest_id(const Summaries& records) {
-  int newest = 0;
-  for (const CONTACT_SUMMARY_T& record : records) newest = std::max(newest, record.Id);
-  return newest;
-}
-
 void move_to_blacklist(const Phone& phone, int id) {
-  const Phonebook& phonebook = phone.phonebook();
-  phonebook.move_to_blacklist(id);
-  const CONTACT_DATA_T entry = phonebook.blacklist_entry(newest_id(phonebook.blacklist()));
+  const CONTACT_DATA_T entry = phone.phonebook().move_to_blacklist(id);
   phone.output().done(fmt::format("Moved contact {} to the blacklist: {} has the id {} there.", id,
                                   entry.DisplayName, entry.Id),
                       row_of(entry));
 }
 
 void move_to_contacts(const Phone& phone, int id) {
-  const Phonebook& phonebook = phone.phonebook();
-  phonebook.move_to_contacts(id);
-  const CONTACT_DATA_T contact = phonebook.contact(newest_id(phonebook.contacts()));
+  const CONTACT_DATA_T contact = phone.phonebook().move_to_contacts(id);
   phone.output().done(
       fmt::format("Moved blacklist entry {} to the contacts: {} has the id {} there.", id,
                   contact.DisplayName, contact.Id),

@@ -1,5 +1,7 @@
 #include "phonebook.h"
 
+#include <algorithm>
+
 #include "failure.h"
 #include "text.h"
 
@@ -15,6 +17,15 @@ Subject a_contact(int id, const std::string& name = "") {
 Subject a_group(int id, const std::string& name = "") { return {"group", "groups", id, name}; }
 Subject an_entry(int id, const std::string& name = "") {
   return {"blacklist entry", "blacklist", id, name};
+}
+
+/// The id of the newest record with this name; 0 when there is none.
+int id_of(const Summaries& records, const std::string& name) {
+  int id = 0;
+  for (const CONTACT_SUMMARY_T& record : records) {
+    if (name == record.DisplayName) id = std::max(id, record.Id);
+  }
+  return id;
 }
 
 GROUP_DATA_T as_data(const GROUP_SUMMARY_T& summary) {
@@ -188,14 +199,16 @@ void Phonebook::delete_all_blacklist() const {
   expect_success(delete_all_blacklist_(), an_entry(0, "(all)"));
 }
 
-void Phonebook::move_to_blacklist(int id) const {
+CONTACT_DATA_T Phonebook::move_to_blacklist(int id) const {
   const CONTACT_DATA_T old = contact(id);
   expect_success(move_to_blacklist_(id), a_contact(id, old.DisplayName));
+  return blacklist_entry(id_of(blacklist(), old.DisplayName));
 }
 
-void Phonebook::move_to_contacts(int id) const {
+CONTACT_DATA_T Phonebook::move_to_contacts(int id) const {
   const CONTACT_DATA_T old = blacklist_entry(id);
   expect_success(move_to_contacts_(id), an_entry(id, old.DisplayName));
+  return contact(id_of(contacts(), old.DisplayName));
 }
 
 int Phonebook::upload_contacts(const char* path) const {
@@ -230,6 +243,12 @@ Row row_of(const CONTACT_SUMMARY_T& contact) {
           {"other", contact.OtherNumber},
           {"group", contact.Group},
           {"line", contact.Line}};
+}
+
+std::vector<Row> rows_of(const Summaries& contacts) {
+  std::vector<Row> rows;
+  for (const CONTACT_SUMMARY_T& contact : contacts) rows.push_back(row_of(contact));
+  return rows;
 }
 
 Row row_of(const GROUP_DATA_T& group) {

@@ -58,9 +58,9 @@ class Phonebook {
   void delete_blacklist_entry(int id) const;
   void delete_all_blacklist() const;
 
-  /// The moves give the record a new id, in the group "Default".
-  void move_to_blacklist(int id) const;
-  void move_to_contacts(int id) const;
+  /// The moves give the record a new id, and the group "Default"; they return it as it is then.
+  CONTACT_DATA_T move_to_blacklist(int id) const;
+  CONTACT_DATA_T move_to_contacts(int id) const;
 
   /// Replace the contacts or the blacklist by a file's; the plug-in's result, which is not checked.
   /// The index is brought back in step.
@@ -111,6 +111,7 @@ class Phonebook {
 Row row_of(const CONTACT_DATA_T& contact);
 Row row_of(const CONTACT_SUMMARY_T& contact);
 Row row_of(const GROUP_DATA_T& group);
+std::vector<Row> rows_of(const Summaries& contacts);
 
 /// The columns of a list of contacts.
 extern const std::vector<Column> kContactColumns;

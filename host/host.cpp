@@ -2,13 +2,14 @@
 
 #include <cfgxml/host.h>
 
-#include "adapter/contact_import.h"
+#include "adapter/file_backup.h"
 
 namespace host {
 namespace {
 
 constexpr int kPhonebookLock = 45081;
-constexpr char kContactFile[] = "/config/Phone/Contact/Contact.xml";
+constexpr const char* kImportedFiles[] = {"/config/Phone/Contact/Contact.xml",
+                                          "/config/Phone/Contact/Blacklist.xml"};
 constexpr char kSettings[] = "/config/settings.json";
 
 }  // namespace
@@ -20,7 +21,7 @@ void Host::bind(decltype(&cfgxml_cb_init) fill_table) { callbacks_.fill(fill_tab
 void Host::open_profile(const std::filesystem::path& root) {
   root_ = root;
   settings_.open(on_disk(kSettings));
-  FileBackup::recover(on_disk(kContactFile));
+  for (const char* file : kImportedFiles) FileBackup::recover(on_disk(file));
 }
 
 std::filesystem::path Host::on_disk(const char* path) const { return root_.string() + path; }

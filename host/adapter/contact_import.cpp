@@ -1,26 +1,21 @@
-#include "adapter/contact_import.h"
-
+// Importing a contact file: the host's half of cfg_upload_contact, called under the phonebook lock.
+//
+// An import replaces the phonebook. The plug-in reads Contact.xml again afterwards, whatever came
+// of it, so the file is complete at that moment in every case: changes that were not yet written
+// are written first, and an import that fails leaves the old file and the old contacts.
 #include <cfgxml/host.h>
 
 #include <memory>
-#include <optional>
 #include <string_view>
 
+#include "adapter/file_backup.h"
 #include "host.h"
 #include "runtime/files.h"
 
 namespace host {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr char kContactFile[] = "/config/Phone/Contact/Contact.xml";
-
-fs::path copy_of(const fs::path& file) {
-  fs::path copy = file;
-  copy += ".before-import";
-  return copy;
-}
 
 bool is_csv(std::string_view path) {
   const std::size_t dot = path.rfind('.');
@@ -41,7 +36,8 @@ int import_xml(Host& host, const char* path) {
     return -1;
   }
   const int result = host.callbacks().copy_contact_xml(path);
-  const bool copied = result == 0 && files::read(path) == files::read(host.on_disk(kContactFile));
+  const auto file = host.on_disk(kContactFile);
+  const bool copied = result == 0 && files::read(path) == files::read(file) && files::sync(file);
   if (!copied) {
     rl_log_err("%s failed: <%s> can not be copied.", __func__, path);
     return result != 0 ? result : -1;
@@ -69,27 +65,6 @@ int import_contacts(Host& host, const char* path) {
 }
 
 }  // namespace
-
-FileBackup::FileBackup(const fs::path& file) : file_(file) {
-  const std::optional<std::string> content = files::read(file);
-  safe_ = content ? files::replace(copy_of(file), *content) : !fs::exists(file);
-}
-
-FileBackup::~FileBackup() {
-  std::error_code error;
-  if (keep_change_) {
-    fs::remove(copy_of(file_), error);
-  } else if (safe_) {
-    recover(file_);
-  }
-}
-
-void FileBackup::recover(const fs::path& file) {
-  std::error_code error;
-  if (fs::exists(copy_of(file), error)) fs::rename(copy_of(file), file, error);
-  if (error) rl_log_err("<%s> can not be put back.", file.c_str());
-}
-
 }  // namespace host
 
 int adapter_check_contact_file_valid(const char* path) {

@@ -46,14 +46,6 @@ bool write_synced(const fs::path& file, const std::string& content) {
   return ::close(descriptor) == 0 && written;
 }
 
-bool sync_folder(const fs::path& folder) {
-  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return false;
-  const bool synced = ::fsync(descriptor) == 0;
-  ::close(descriptor);
-  return synced;
-}
-
 }  // namespace
 
 std::optional<std::string> read(const fs::path& file) {
@@ -64,6 +56,14 @@ std::optional<std::string> read(const fs::path& file) {
   return content;
 }
 
+bool sync(const fs::path& file) {
+  const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) return false;
+  const bool synced = ::fsync(descriptor) == 0;
+  ::close(descriptor);
+  return synced;
+}
+
 bool replace(const fs::path& file, const std::string& content) {
   std::error_code error;
   fs::create_directories(file.parent_path(), error);
@@ -71,7 +71,7 @@ bool replace(const fs::path& file, const std::string& content) {
   temporary += ".new";
   if (write_synced(temporary, content)) {
     fs::rename(temporary, file, error);
-    if (!error && sync_folder(file.parent_path())) return true;
+    if (!error && sync(file.parent_path())) return true;
   }
   fs::remove(temporary, error);
   return false;

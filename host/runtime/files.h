@@ -14,4 +14,7 @@ std::optional<std::string> read(const std::filesystem::path& file);
 /// the new one at any moment. Its folder is created. False leaves the old file as it was.
 bool replace(const std::filesystem::path& file, const std::string& content);
 
+/// Waits until the file's content is on the disk.
+bool sync(const std::filesystem::path& file);
+
 }  // namespace host::files

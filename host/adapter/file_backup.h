@@ -1,16 +1,13 @@
-// Importing a contact file: the host's half of cfg_upload_contact, called under the phonebook lock.
-//
-// An import replaces the phonebook. The plug-in reads Contact.xml again afterwards, whatever came
-// of it, so the file is complete at that moment in every case: changes that were not yet written
-// are written first, and an import that fails leaves the old file and the old contacts.
+// A copy of a file while something else replaces it.
 #pragma once
 
 #include <filesystem>
 
 namespace host {
 
-/// A copy of a file beside it, put back unless the change that follows is kept. A copy that is
-/// found at the next start means that the change was cut short.
+/// A copy of a file beside it, put back unless the change that follows is kept; a file that did not
+/// exist is removed instead. A copy that is found at the next start means that the change was cut
+/// short.
 class FileBackup {
  public:
   explicit FileBackup(const std::filesystem::path& file);
@@ -27,6 +24,7 @@ class FileBackup {
 
  private:
   std::filesystem::path file_;
+  bool existed_;
   bool safe_;
   bool keep_change_ = false;
 };

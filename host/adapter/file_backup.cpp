@@ -1,0 +1,46 @@
+#include "adapter/file_backup.h"
+
+#include <cfgxml/host.h>
+
+#include <optional>
+#include <string>
+
+#include "runtime/files.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path copy_of(const fs::path& file) {
+  fs::path copy = file;
+  copy += ".before-import";
+  return copy;
+}
+
+}  // namespace
+
+FileBackup::FileBackup(const fs::path& file) : file_(file) {
+  const std::optional<std::string> content = files::read(file);
+  existed_ = content.has_value();
+  safe_ = existed_ ? files::replace(copy_of(file), *content) : !fs::exists(file);
+}
+
+FileBackup::~FileBackup() {
+  std::error_code error;
+  if (keep_change_) {
+    fs::remove(copy_of(file_), error);
+  } else if (existed_) {
+    if (safe_) recover(file_);
+  } else if (safe_) {
+    fs::remove(file_, error);
+  }
+}
+
+void FileBackup::recover(const fs::path& file) {
+  std::error_code error;
+  if (fs::exists(copy_of(file), error)) fs::rename(copy_of(file), file, error);
+  if (error) rl_log_err("<%s> can not be put back.", file.c_str());
+}
+
+}  // namespace host

@@ -44,6 +44,16 @@ CONTACT_SUMMARY_T *cfg_search_remote_contact_info(const char *keywords);
 /* Frees a book's list; 0, or -1 for a path of no book. */
 int cfg_destory_remote_conatct_list(const char *path);
 
+/* --- Who is calling --- */
+
+/* The name that the phonebook has for a number on a line, when it differs from the shown name: that
+ * of the first contact, or else the first blacklist entry, in table order, that has the number and
+ * holds for the line. Line 0, the entry's or the argument, stands for every line. Numbers and names
+ * are compared byte for byte. NULL when there is no such entry, its name is shown already, or a
+ * list or an argument is missing. The caller releases the name with delete[]. Takes the phonebook
+ * lock (45081) and no other. */
+char *cfg_get_contact_name(const char *number, const char *shown_name, int line);
+
 #pragma GCC visibility pop
 #ifdef __cplusplus
 }

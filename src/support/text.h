@@ -23,6 +23,12 @@ inline int compare(const char* left, const char* right) {
 
 inline bool equal(const char* left, const char* right) { return compare(left, right) == 0; }
 
+/// True when the field is what a copy of the text would leave in it, cut to its capacity.
+template <std::size_t Capacity>
+bool holds(const char (&field)[Capacity], const char* text) {
+  return rl_strncmp(field, text != nullptr ? text : "", Capacity - 1) == 0;
+}
+
 /// True when part occurs in text, byte for byte.
 inline bool contains(const char* text, const char* part) {
   return rl_strstr(text, part) != nullptr;

@@ -7,25 +7,13 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 
 #include "support/paths.h"
+#include "support/regular_file.h"
 #include "support/text.h"
 
 namespace cfgxml {
 namespace {
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-/// Opens a regular file for reading; a pipe or a folder in its place is not waited for.
-File open_regular(const std::string& path) {
-  struct stat status {};
-  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
-  return File(std::fopen(path.c_str(), "rbe"));
-}
 
 /// A new file beside the one to replace, removed again unless it is renamed over it.
 class TemporaryFile {
@@ -83,8 +71,10 @@ XmlFile::XmlFile(const char* path, Privacy privacy)
       privacy_(privacy),
       document_(true, tinyxml2::PRESERVE_WHITESPACE) {}
 
+bool XmlFile::exists() const { return rl_access(file_.c_str(), 0) == 0; }
+
 bool XmlFile::load() {
-  const File file = open_regular(file_);
+  const File file = open_to_read(file_);
   return file != nullptr && document_.LoadFile(file.get()) == tinyxml2::XML_SUCCESS;
 }
 

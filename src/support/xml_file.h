@@ -22,6 +22,9 @@ class XmlFile {
 
   explicit XmlFile(const char* path, Privacy privacy = Privacy::kShared);
 
+  /// True when there is something at the path, as the host sees it.
+  bool exists() const;
+
   /// Reads the file; false when it is missing, no regular file, or not well-formed.
   bool load();
 

@@ -1,0 +1,143 @@
+// Importing a contact CSV file into a contact list.
+#include <cfgxml/csv.h>
+#include <cfgxml/host.h>
+
+#include "csv/record.h"
+#include "csv/rows.h"
+#include "phonebook/name_index.h"
+#include "phonebook/tables.h"
+#include "support/lock.h"
+#include "support/paths.h"
+
+namespace cfgxml::csv {
+namespace {
+
+/// Fills an empty list from the rows of one file.
+class ContactImport : public Rows {
+ public:
+  explicit ContactImport(CONTACT_DATA_LIST_T& list) : list_(list) {}
+
+  bool start_row() override {
+    over_full_ = count_ == CFGXML_CONTACT_CAPACITY;
+    dropped_ = false;
+    return !over_full_;
+  }
+
+  bool take(Value value, const char* text) override {
+    switch (value) {
+      case Value::kName:
+        store(contact(), value, text);
+        return accept_name();
+      case Value::kGroup:
+        take_group(group_or_default(text));
+        return true;
+      case Value::kGroupRing:
+        fill_groups(&GROUP_DATA_T::Ring, ring_or_default(text));
+        return true;
+      case Value::kGroupDescription:
+        fill_groups(&GROUP_DATA_T::Description, text);
+        return true;
+      default:
+        store(contact(), value, text);
+        return true;
+    }
+  }
+
+  void end_row() override {
+    if (dropped_) {
+      contact() = {};
+      return;
+    }
+    contact().Id = count_ + 1;
+    used_in_contacts_.add(contact());
+    ++count_;
+  }
+
+  /// 19 for skipped names, else 17 or 16 for a full table, else 0.
+  int result() const {
+    if (name_refused_) return 19;
+    if (over_full_) return 17;
+    return group_refused_ ? 16 : 0;
+  }
+
+ private:
+  using Groups = phonebook::GroupSlots;
+
+  CONTACT_DATA_T& contact() { return list_.Contacts[count_]; }
+
+  /// Drops a row whose name, as the record holds it, is in use.
+  bool accept_name() {
+    const char* name = contact().DisplayName;
+    if (!used_in_blacklist_.contains(name) && !used_in_contacts_.contains(name)) return true;
+    name_refused_ = true;
+    contact() = {};
+    return false;
+  }
+
+  void take_group(const char* name) {
+    copy_text(group_name_, name);
+    if (phonebook::find_group(list_, group_name_) != nullptr || add_group()) {
+      copy_text(contact().Group, group_name_);
+    } else {
+      dropped_ = group_refused_ = true;
+    }
+  }
+
+  /// Makes the row's group in the next free slot. The last one is kept for "Default" until the
+  /// import has made that group or the host's list has one: then it is made instead.
+  bool add_group() {
+    const int id = Groups(list_.Groups).next_id();
+    const bool keeps_last = id >= CFGXML_GROUP_CAPACITY && !default_made_ &&
+                            is_name_in_group(phonebook::kDefaultGroup, phonebook::kNoId) == 0;
+    if (id > CFGXML_GROUP_CAPACITY) return false;
+    make_group(id, keeps_last ? phonebook::kDefaultGroup : group_name_);
+    return !keeps_last;
+  }
+
+  void make_group(int id, const char* name) {
+    GROUP_DATA_T& group = list_.Groups[id - 1];
+    group.Id = id;
+    copy_text(group.Name, name);
+    default_made_ = default_made_ || equal(name, phonebook::kDefaultGroup);
+  }
+
+  /// Sets a text of every slot that has the name of the row's group.
+  void fill_groups(char (GROUP_DATA_T::*field)[64], const char* text) {
+    for (GROUP_DATA_T& group : list_.Groups) {
+      if (equal(group.Name, group_name_)) copy_text(group.*field, text);
+    }
+  }
+
+  CONTACT_DATA_LIST_T& list_;
+  phonebook::NameIndex used_in_blacklist_ = phonebook::NameIndex::of_blacklist();
+  phonebook::NameIndex used_in_contacts_ = phonebook::NameIndex::of_contacts();
+  int count_ = 0;  // contacts imported; the row fills the slot behind them
+  bool default_made_ = false;
+  bool name_refused_ = false;
+  bool group_refused_ = false;
+  bool over_full_ = false;
+
+  // The row being read. Its group is known before the columns that describe the group come.
+  char group_name_[sizeof GROUP_DATA_T::Name] = {};
+  bool dropped_ = false;
+};
+
+int import_contacts(const char* path, CONTACT_DATA_LIST_T* list, const char* function) {
+  if (path == nullptr || list == nullptr) {
+    rl_log_err("Input param is NULL! file: %s, line: %d", kSourceFile, __LINE__);
+    return -1;
+  }
+  rl_memset(list, 0, sizeof *list);
+  const File file = open_to_read(paths::on_disk(path));
+  if (file == nullptr) return -1;
+  ContactImport import(*list);
+  read_rows(file.get(), function, import);
+  return import.result();
+}
+
+}  // namespace
+}  // namespace cfgxml::csv
+
+int get_contact_csv(const char* path, CONTACT_DATA_LIST_T* list) {
+  return cfgxml::guarded(-1, cfgxml::csv::import_contacts, path, list, __func__);
+}

@@ -1,0 +1,351 @@
+// Contact CSV files: the check by the header, both imports, the export.
+#include <cfgxml/csv.h>
+#include <cfgxml/host.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/phone.h"
+
+namespace {
+
+const std::string kHeader =
+    "FN,N,EMAIL,TEL_HOME,TEL_WORK,TEL_MOBILE,TEL_OTHER,TEL_FAX,TEL_CUSTOM,RING,COMPANY,TITLE,"
+    "ADDR_MAIN,ADDR_OTHER,IMS,WEB,NOTES,BIRTHDAY,X-IRMC-LUID,GROUP,GROUP_RING,GROUP_DESCRIPTION,"
+    "PHOTO,LINE,END\n";
+
+enum Place {
+  kFn = 0,
+  kWork = 4,
+  kMobile,
+  kOther,
+  kRing = 9,
+  kGroup = 19,
+  kGroupRing,
+  kText,
+  kPhoto
+};
+
+/// A row of 25 fields, the last one END.
+std::string row(const std::map<int, std::string>& fields) {
+  std::string line;
+  for (int place = 0; place < 24; ++place) {
+    const auto field = fields.find(place);
+    line += (field != fields.end() ? field->second : "") + ",";
+  }
+  return line + "END\n";
+}
+
+std::string numbered_rows(int count) {
+  std::string text;
+  for (int i = 1; i <= count; ++i) text += row({{kFn, "N" + std::to_string(i)}});
+  return text;
+}
+
+template <std::size_t Capacity>
+void copy(const char* text, char (&field)[Capacity]) {
+  rl_strcpy_s(field, Capacity, text);
+}
+
+using Names = std::vector<std::string>;
+
+Names names_of(const CONTACT_DATA_LIST_T& list) {
+  Names names;
+  for (const CONTACT_DATA_T& contact : list.Contacts) {
+    if (contact.Id < 1) break;
+    EXPECT_EQ(contact.Id, static_cast<int>(names.size()) + 1);
+    names.emplace_back(contact.DisplayName);
+  }
+  return names;
+}
+
+/// Group names in table order, each with its ring.
+Names groups_of(const CONTACT_DATA_LIST_T& list) {
+  Names names;
+  for (const GROUP_DATA_T& group : list.Groups) {
+    if (group.Id < 1) break;
+    EXPECT_EQ(group.Id, static_cast<int>(names.size()) + 1);
+    names.push_back(std::string(group.Name) + ":" + group.Ring);
+  }
+  return names;
+}
+
+class CsvTest : public phone_test::Phone {
+ protected:
+  int valid(const std::string& text) {
+    write("/c.csv", text);
+    return is_valid_contact_file_csv(on_disk("/c.csv").c_str());
+  }
+
+  int import(const std::string& rows, CONTACT_DATA_LIST_T& list) {
+    write("/c.csv", kHeader + rows);
+    return get_contact_csv(on_disk("/c.csv").c_str(), &list);
+  }
+  int import(const std::string& rows) { return import(rows, contacts()); }
+
+  /// A folder, and a pipe that nobody writes to.
+  std::vector<std::string> no_files() const {
+    ::mkfifo(on_disk("/pipe.csv").c_str(), 0600);
+    return {on_disk("/tmp"), on_disk("/pipe.csv")};
+  }
+
+  CONTACT_DATA_T& contact(int slot) { return contacts().Contacts[slot]; }
+};
+
+TEST_F(CsvTest, TheHeaderDecidesWhetherAFileIsOne) {
+  const std::pair<std::string, int> cases[] = {
+      {kHeader, 1},
+      {kHeader.substr(0, kHeader.size() - 1) + "\r\n", 1},
+      {"FN,N", 1},
+      {"FN,,N\n", 1},
+      {" FN , N \n\n", 1},
+      {"FN,N\n" + std::string("a\0b", 3), 1},
+      {"Name,N\n", 0},
+      {"fn,N\n", 0},
+      {"FN, ,N\n", 0},
+      {"FN,EMAIL\n", 0},
+      {kHeader.substr(0, kHeader.size() - 1) + ",MORE\n", 0},
+      {",,,\n", 0},
+      {"\nFN,N\n", 0},
+      {"", 0},
+  };
+  for (const auto& [text, result] : cases) EXPECT_EQ(valid(text), result) << text;
+  for (const std::string& path : no_files()) EXPECT_EQ(is_valid_contact_file_csv(path.c_str()), 0);
+
+  EXPECT_EQ(is_valid_contact_file_csv(""), 0);
+  EXPECT_TRUE(logged("is_valid_contact_file_csv failed: file_path is empty."));
+  EXPECT_EQ(is_valid_contact_file_csv(on_disk("/none.csv").c_str()), 0);
+  EXPECT_TRUE(logged("is_valid_contact_file_csv failed: invalid file size."));
+}
+
+TEST_F(CsvTest, AHeaderListGrowsAtItsEnd) {
+  write("/c.csv", "B,,C\r\nrow\n");
+  char first[] = "A";
+  CSV_CONTACT_LIST_T* list = list_add_contact_section(nullptr, first);
+  EXPECT_EQ(get_contact_csv_head(on_disk("/none.csv").c_str(), &list), -1);
+  EXPECT_EQ(get_contact_csv_head(on_disk("/c.csv").c_str(), &list), 0);
+  std::string names;
+  for (const auto* column = list; column != nullptr; column = column->next) names += column->name;
+  EXPECT_EQ(names, "ABC");
+  EXPECT_EQ(list_loop_compare(list), 0);
+  EXPECT_EQ(list_loop_compare(nullptr), 1);
+  list_free(list);
+}
+
+TEST_F(CsvTest, ARowFillsTheFieldsOfItsColumns) {
+  EXPECT_EQ(
+      import(
+          row({{kFn, "Alice"}, {kWork, "1001"}}) +
+          " Bob ,b,e,h,1,2,3,f,c,Ring1.wav,,,,,,,,,, Work ,Bell.wav,The team,bob.png, 2 ,END,9\n"),
+      0);
+  EXPECT_EQ(names_of(contacts()), (Names{"Alice", "Bob"}));
+  EXPECT_STREQ(contact(0).OfficeNumber, "1001");
+  EXPECT_STREQ(contact(0).Group, "Default");
+  EXPECT_STREQ(contact(0).Ring, "");
+  EXPECT_STREQ(contact(1).MobileNumber, "2");
+  EXPECT_STREQ(contact(1).OtherNumber, "3");
+  EXPECT_STREQ(contact(1).Ring, "Ring1.wav");
+  EXPECT_STREQ(contact(1).Group, "Work");
+  EXPECT_STREQ(contact(1).Photo, "bob.png");
+  EXPECT_EQ(contact(1).Line, 2);
+  EXPECT_EQ(groups_of(contacts()), (Names{"Default:Auto", "Work:Bell.wav"}));
+  EXPECT_STREQ(contacts().Groups[1].Description, "The team");
+}
+
+TEST_F(CsvTest, ARowEndsAtItsEndFieldOrLastComma) {
+  EXPECT_EQ(import("Bob,,,,1002\nAnn,,,,END,7,\nEve, END ,,,3,\nEND,x,y\nno commas\n"), 0);
+  EXPECT_EQ(names_of(contacts()), (Names{"Bob", "Ann", "Eve", "", ""}));
+  EXPECT_STREQ(contact(0).OfficeNumber, "");
+  EXPECT_STREQ(contact(1).OfficeNumber, "");
+  EXPECT_STREQ(contact(2).OfficeNumber, "3");
+  EXPECT_STREQ(contact(0).Group, "") << "the row ended before its group";
+  EXPECT_EQ(groups_of(contacts()), Names{});
+}
+
+TEST_F(CsvTest, LinesAreCutAtTheirEndsNulBytesAnd4095Characters) {
+  const std::string long_row = "Long," + std::string(4090, 'x');
+  EXPECT_EQ(import("Ann,\r\n\n\r\nB\rob,\n" + std::string("Cid,,,,5\0006,\n", 12) + long_row +
+                   "Rest,,,,8,\nDan,,,,9,"),
+            0);
+  EXPECT_EQ(names_of(contacts()), (Names{"Ann", "B\rob", "Cid", "Long", "Rest", "Dan"}));
+  EXPECT_STREQ(contact(2).OfficeNumber, "") << "the text ends at the NUL byte";
+  EXPECT_STREQ(contact(4).OfficeNumber, "8");
+  EXPECT_STREQ(contact(5).OfficeNumber, "9") << "the last line needs no line end";
+  const Names messages = log();
+  EXPECT_EQ(std::count_if(messages.begin(), messages.end(),
+                          [](const std::string& message) {
+                            return message.rfind("get_contact_csv, ", 0) == 0 &&
+                                   message.find("  is a blank line") != std::string::npos;
+                          }),
+            2);
+}
+
+TEST_F(CsvTest, ANameInUseDropsItsRowBeforeItsGroup) {
+  blacklist().Entries[0].Id = 1;
+  copy("Spam", blacklist().Entries[0].DisplayName);
+  const std::string long_name(70, 'L');
+  EXPECT_EQ(import(row({{kFn, "Spam"}, {kWork, "1"}, {kGroup, "Lost"}}) + row({{kFn, "Ann"}}) +
+                   row({{kFn, "Ann"}, {kGroup, "Lost"}}) + row({{kFn, "ann"}}) + row({{}}) +
+                   row({{}}) + row({{kFn, long_name}}) + row({{kFn, long_name + "M"}})),
+            19);
+  EXPECT_EQ(names_of(contacts()), (Names{"Ann", "ann", "", "", std::string(63, 'L')}));
+  EXPECT_STREQ(contact(0).OfficeNumber, "") << "nothing of the dropped row stays";
+  EXPECT_EQ(groups_of(contacts()), Names{"Default:Auto"});
+  EXPECT_STREQ(contact(5).DisplayName, "");
+}
+
+TEST_F(CsvTest, NamesAreCheckedInTheHostsListsOnly) {
+  contact(0).Id = 1;
+  copy("Ann", contact(0).DisplayName);
+  auto list = std::make_unique<CONTACT_DATA_LIST_T>();
+  EXPECT_EQ(import(row({{kFn, "Ann"}}) + row({{kFn, "Bob"}}) + row({{kFn, "Bob"}}), *list), 19);
+  EXPECT_EQ(names_of(*list), (Names{"Bob", "Bob"}));
+
+  host().lists().give_contacts(false);
+  host().lists().give_blacklist(false);
+  EXPECT_EQ(import(row({{kFn, "Ann"}}), *list), 0);
+  EXPECT_TRUE(logged("is_name_in_black failed: cfg_get_black_list return NULL."));
+  EXPECT_TRUE(logged("is_name_in_contact failed: cfg_get_contact_list return NULL."));
+}
+
+TEST_F(CsvTest, TheSixthGroupLeavesItsPlaceToDefault) {
+  std::string rows;
+  for (int i = 1; i <= 7; ++i) {
+    rows +=
+        row({{kFn, "N" + std::to_string(i)}, {kGroup, "G" + std::to_string(i)}, {kGroupRing, "R"}});
+  }
+  EXPECT_EQ(
+      import(rows + row({{kFn, "Ann"}}) + row({{kFn, "Bob"}, {kGroup, "G5"}, {kText, "Five"}})),
+      16);
+  EXPECT_EQ(names_of(contacts()), (Names{"N1", "N2", "N3", "N4", "N5", "Ann", "Bob"}));
+  EXPECT_EQ(groups_of(contacts()),
+            (Names{"G1:R", "G2:R", "G3:R", "G4:R", "G5:Auto", "Default:Auto"}));
+  EXPECT_STREQ(contacts().Groups[4].Description, "Five") << "later rows describe a group anew";
+
+  // The row that would have been Default's first is dropped like any other.
+  EXPECT_EQ(import(rows.substr(0, rows.find("N6,")) + row({{kFn, "Ann"}}) + row({{kFn, "Bob"}})),
+            16);
+  EXPECT_EQ(names_of(contacts()), (Names{"N1", "N2", "N3", "N4", "N5", "Bob"}));
+}
+
+TEST_F(CsvTest, AllSixGroupsAreFreeOnceDefaultIsKnown) {
+  std::string rows;
+  for (int i = 1; i <= 7; ++i)
+    rows += row({{kFn, "N" + std::to_string(i)}, {kGroup, std::to_string(i)}});
+  EXPECT_EQ(import(row({{kFn, "Ann"}}) + rows), 16);
+  EXPECT_EQ(groups_of(contacts()),
+            (Names{"Default:Auto", "1:Auto", "2:Auto", "3:Auto", "4:Auto", "5:Auto"}));
+
+  // Into another list, while the host's has the group.
+  auto list = std::make_unique<CONTACT_DATA_LIST_T>();
+  std::fill_n(contacts().Contacts, 10, CONTACT_DATA_T{});
+  EXPECT_EQ(import(rows, *list), 16);
+  EXPECT_EQ(groups_of(*list), (Names{"1:Auto", "2:Auto", "3:Auto", "4:Auto", "5:Auto", "6:Auto"}));
+  EXPECT_EQ(names_of(*list).size(), 6u);
+}
+
+TEST_F(CsvTest, The501stRowStopsTheImport) {
+  EXPECT_EQ(import(numbered_rows(500) + "\n"), 0);
+  EXPECT_EQ(import(numbered_rows(502)), 17);
+  EXPECT_EQ(names_of(contacts()).size(), 500u);
+  EXPECT_EQ(import(row({{kFn, "N1"}}) + numbered_rows(501)), 19) << "a name in use comes first";
+  std::string rows;
+  for (int i = 1; i <= 6; ++i) rows += row({{kGroup, std::to_string(i)}});
+  EXPECT_EQ(import(rows + numbered_rows(496)), 17) << "then the full table, then the groups";
+}
+
+TEST_F(CsvTest, AFileThatCannotBeReadLeavesAnEmptyList) {
+  contact(0).Id = 1;
+  EXPECT_EQ(get_contact_csv(nullptr, &contacts()), -1);
+  EXPECT_EQ(get_contact_csv("/c.csv", nullptr), -1);
+  EXPECT_EQ(log().back().rfind("Input param is NULL! file: adapter_handle_csv, line: ", 0), 0u);
+  EXPECT_EQ(contact(0).Id, 1);
+  EXPECT_EQ(get_contact_csv(on_disk("/none.csv").c_str(), &contacts()), -1);
+  EXPECT_EQ(contact(0).Id, 0);
+  for (const std::string& path : no_files()) {
+    EXPECT_EQ(get_contact_csv(path.c_str(), &contacts()), -1);
+    EXPECT_EQ(save_contact_csv(path.c_str(), nullptr), -1);
+  }
+}
+
+/// Groups and contacts of community data, released on the way.
+std::pair<Names, Names> take(COMMUNITY_DATA_T* data) {
+  std::pair<Names, Names> result;
+  for (GROUP_SUMMARY_T* group = data->Groups; group != nullptr;) {
+    result.first.push_back(std::to_string(group->Id) + group->Name + ":" + group->Ring);
+    rl_free(std::exchange(group, group->next));
+  }
+  for (COMMUNITY_CONTACT_T* node = data->Contacts; node != nullptr;) {
+    const CONTACT_DATA_T& contact = node->Contact;
+    result.second.push_back(std::to_string(contact.Id) + contact.DisplayName + "@" + contact.Group);
+    rl_free(std::exchange(node, node->next));
+  }
+  rl_free(data);
+  return result;
+}
+
+TEST_F(CsvTest, CommunityDataTakesEveryNameAndGroup) {
+  const std::string path = on_disk("/c.csv");
+  write("/c.csv", kHeader + row({{kFn, "Ann"}, {kGroup, "A"}, {kGroupRing, "one"}}) + "\n" +
+                      row({{kFn, "Ann"}, {kGroup, "A"}, {kGroupRing, "two"}}) +
+                      row({{kFn, "Bob"}}) + "Cid,\n");
+  const auto [groups, people] = take(get_community_contact_csv(path.c_str()));
+  EXPECT_EQ(groups, (Names{"1A:one", "2Default:Auto", "3:"})) << "a group's first row describes it";
+  EXPECT_EQ(people, (Names{"1Ann@A", "2Ann@A", "3Bob@Default", "4Cid@"}));
+
+  write("/c.csv", kHeader + numbered_rows(501));
+  EXPECT_EQ(take(get_community_contact_csv(path.c_str())).second.back(), "500N500@Default");
+  EXPECT_EQ(take(get_community_contact_csv(on_disk("/tmp").c_str())).second, Names{});
+  EXPECT_EQ(get_community_contact_csv(nullptr), nullptr);
+}
+
+TEST_F(CsvTest, AnExportHoldsEveryValueInItsColumn) {
+  const std::string path = on_disk("/out.csv");
+  ASSERT_EQ(import("Bob,,,,1,2,3,,,r,,,,,,,,,,Work,Bell,Team,p,4,END\n"), 0);
+  CONTACT_SUMMARY_T* summary = cfg_get_contact_summary("");
+  EXPECT_EQ(save_contact_csv(path.c_str(), summary), 0);
+  EXPECT_EQ(read("/out.csv"), kHeader + "Bob,Bob,,,1,2,3,,,r,,,,,,,,,,Work,Bell,Team,p,4,END\n");
+
+  copy("Gone", summary->Group);
+  EXPECT_EQ(save_contact_csv(path.c_str(), summary), 0);
+  EXPECT_EQ(read("/out.csv"), kHeader + "Bob,Bob,,,1,2,3,,,r,,,,,,,,,,Gone,,,p,4,END\n");
+  copy("Work", summary->Group);
+  host().lists().give_contacts(false);
+  EXPECT_EQ(save_contact_csv(path.c_str(), summary), 0);
+  EXPECT_EQ(read("/out.csv"), kHeader + "Bob,Bob,,,1,2,3,,,r,,,,,,,,,,Work,,,p,4,END\n");
+  cfg_destory_contact_summary(summary);
+
+  EXPECT_EQ(save_contact_csv(path.c_str(), nullptr), 0);
+  EXPECT_EQ(read("/out.csv"), kHeader);
+  EXPECT_EQ(kHeader.size(), 194u);
+  EXPECT_EQ(save_contact_csv(nullptr, nullptr), -1);
+  EXPECT_TRUE(logged("save_contact_csv: Bad parameters"));
+  EXPECT_EQ(save_contact_csv(on_disk("/no/folder.csv").c_str(), nullptr), -1);
+}
+
+TEST_F(CsvTest, AnExportReadsBackUnlessAValueHoldsAComma) {
+  ASSERT_EQ(
+      import(row({{kFn, "Ann"}, {kWork, "1"}, {kGroup, "A"}, {kGroupRing, "x"}, {kText, "d"}}) +
+             row({{kFn, "Bob"}, {kMobile, "2"}, {kRing, "r"}, {kPhoto, "p"}})),
+      0);
+  const auto before = std::make_unique<CONTACT_DATA_LIST_T>(contacts());
+  CONTACT_SUMMARY_T* summary = cfg_get_contact_summary("");
+  ASSERT_EQ(save_contact_csv(on_disk("/out.csv").c_str(), summary), 0);
+  EXPECT_EQ(get_contact_csv(on_disk("/out.csv").c_str(), &contacts()), 0);
+  EXPECT_EQ(std::memcmp(before.get(), &contacts(), sizeof contacts()), 0);
+
+  copy("Ann, Dr", summary->DisplayName);
+  ASSERT_EQ(save_contact_csv(on_disk("/out.csv").c_str(), summary), 0);
+  cfg_destory_contact_summary(summary);
+  EXPECT_EQ(get_contact_csv(on_disk("/out.csv").c_str(), &contacts()), 0);
+  EXPECT_STREQ(contact(0).DisplayName, "Ann");
+  EXPECT_STREQ(contact(0).OtherNumber, "1") << "two columns to the right: the name stands twice";
+}
+
+}  // namespace

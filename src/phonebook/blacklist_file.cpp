@@ -23,7 +23,7 @@ int read_entries(tinyxml2::XMLElement& root, BLACK_DATA_LIST_T& list) {
   int stored = 0;
   bool seen = false;
   bool duplicate = false;
-  for (const tinyxml2::XMLElement& element : Children(&root, kBlacklistElement.name)) {
+  for (const tinyxml2::XMLElement& element : Children(&root, kBlacklistElement)) {
     if (int_attribute(element, kId) < 1) continue;
     seen = true;
     char name[sizeof CONTACT_DATA_T::DisplayName];
@@ -33,7 +33,8 @@ int read_entries(tinyxml2::XMLElement& root, BLACK_DATA_LIST_T& list) {
       continue;
     }
     CONTACT_DATA_T& entry = list.Entries[stored];
-    read_record(kBlacklistElement, element, entry);
+    Fields(kBlacklistFields).read(element, entry);
+    copy_text(entry.Group, "");  // written, but not read back
     black_names.add(entry);
     if (++stored == CFGXML_BLACKLIST_CAPACITY) return 18;
   }
@@ -65,7 +66,10 @@ int read_blacklist_file(BLACK_DATA_LIST_T* list, const char* worker) {
 
 bool write_entries(BLACK_DATA_LIST_T& list, tinyxml2::XMLElement* root, const char* worker) {
   for (const CONTACT_DATA_T& entry : BlackSlots(list.Entries)) {
-    if (write_record(kBlacklistElement, entry, root, worker) == nullptr) return false;
+    if (append_record<CONTACT_DATA_T>(root, kBlacklistElement, kBlacklistFields, entry, worker) ==
+        nullptr) {
+      return false;
+    }
   }
   return true;
 }

@@ -22,7 +22,7 @@ class ContactReader {
   explicit ContactReader(CONTACT_DATA_LIST_T& list) : list_(list) {}
 
   void read(tinyxml2::XMLElement& root) {
-    for (const tinyxml2::XMLElement& element : Children(&root, kGroupElement.name)) {
+    for (const tinyxml2::XMLElement& element : Children(&root, kGroupElement)) {
       read_group(element);
     }
     if (!default_stored_) store_default_group();
@@ -49,7 +49,7 @@ class ContactReader {
       duplicate_ = true;
       return;
     }
-    read_record(kGroupElement, element, list_.Groups[groups_]);
+    Fields(kGroupFields).read(element, list_.Groups[groups_]);
     default_stored_ = default_stored_ || is_default;
     read_contacts(element, name);
     ++groups_;
@@ -62,7 +62,7 @@ class ContactReader {
         result_ = 17;
         return;
       }
-      if (equal(element->Name(), kContactElement.name) && int_attribute(*element, kId) >= 1) {
+      if (equal(element->Name(), kContactElement) && int_attribute(*element, kId) >= 1) {
         read_contact(*element, group_name);
       }
     }
@@ -76,7 +76,7 @@ class ContactReader {
       return;
     }
     CONTACT_DATA_T& contact = list_.Contacts[contacts_];
-    read_record(kContactElement, element, contact);
+    Fields(kContactFields).read(element, contact);
     copy_text(contact.Group, group_name);
     contact_names_.add(contact);
     ++contacts_;

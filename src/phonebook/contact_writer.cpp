@@ -41,12 +41,16 @@ class Content {
 
   bool write(tinyxml2::XMLElement* root, const char* worker) const {
     for (const GROUP_DATA_T& group : groups_) {
-      tinyxml2::XMLElement* element = write_record(kGroupElement, group, root, worker);
+      tinyxml2::XMLElement* element =
+          append_record<GROUP_DATA_T>(root, kGroupElement, kGroupFields, group, worker);
       if (element == nullptr) return false;
       const auto contacts = contacts_.find(group.Name);
       if (contacts == contacts_.end()) continue;
       for (const CONTACT_DATA_T* contact : contacts->second) {
-        if (write_record(kContactElement, *contact, element, worker) == nullptr) return false;
+        if (append_record<CONTACT_DATA_T>(element, kContactElement, kContactFields, *contact,
+                                          worker) == nullptr) {
+          return false;
+        }
       }
     }
     return true;

@@ -27,11 +27,11 @@ bool can_copy_over(const char* source, const char* destination) {
 }
 
 int check_contact_file(const char* path, const char* worker) {
-  return is_valid_upload(path, kGroupElement.name, worker) ? 1 : 0;
+  return is_valid_upload(path, kGroupElement, worker) ? 1 : 0;
 }
 
 bool is_valid_blacklist_file(const char* path) {
-  return is_valid_upload(path, kBlacklistElement.name, __func__);
+  return is_valid_upload(path, kBlacklistElement, __func__);
 }
 
 /// The extension behind the path's first "." says whose result counts: a CSV file's import fills

@@ -5,6 +5,7 @@
 #include <cfgxml/host.h>
 
 #include <cstdlib>
+#include <memory>
 
 namespace cfgxml {
 
@@ -19,6 +20,13 @@ Node* new_block(Allocator allocator = Allocator::kHost) {
   if (block != nullptr) rl_memset(block, 0, sizeof(Node));
   return static_cast<Node*>(block);
 }
+
+struct FreeBlock {
+  void operator()(void* block) const { rl_free(block); }
+};
+/// Owns a block of the host's allocator until it is handed out.
+template <typename Type>
+using HostBlock = std::unique_ptr<Type, FreeBlock>;
 
 /// Frees every node of a chain.
 template <typename Node>

@@ -29,6 +29,15 @@ bool holds(const char (&field)[Capacity], const char* text) {
   return rl_strncmp(field, text != nullptr ? text : "", Capacity - 1) == 0;
 }
 
+inline char lower(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+/// Equality of two texts ignoring letter case; looking at the first letter here spares most calls.
+inline bool equal_ignoring_case(const char* left, const char* right) {
+  return lower(*left) == lower(*right) && rl_strcasecmp(left, right) == 0;
+}
+
 /// True when part occurs in text, byte for byte.
 inline bool contains(const char* text, const char* part) {
   return rl_strstr(text, part) != nullptr;

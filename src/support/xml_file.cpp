@@ -11,9 +11,18 @@
 #include "support/paths.h"
 #include "support/regular_file.h"
 #include "support/text.h"
+#include "support/xml_limits.h"
 
 namespace cfgxml {
 namespace {
+
+bool read_all(const File& file, std::string& text) {
+  struct stat status {};
+  if (file == nullptr || ::fstat(::fileno(file.get()), &status) != 0) return false;
+  text.resize(static_cast<std::size_t>(status.st_size));
+  text.resize(std::fread(text.data(), 1, text.size(), file.get()));
+  return std::ferror(file.get()) == 0;
+}
 
 /// A new file beside the one to replace, removed again unless it is renamed over it.
 class TemporaryFile {
@@ -74,8 +83,12 @@ XmlFile::XmlFile(const char* path, Privacy privacy)
 bool XmlFile::exists() const { return rl_access(file_.c_str(), 0) == 0; }
 
 bool XmlFile::load() {
-  const File file = open_to_read(file_);
-  return file != nullptr && document_.LoadFile(file.get()) == tinyxml2::XML_SUCCESS;
+  std::string text;
+  return read_all(open_to_read(file_), text) && parse(text.c_str());
+}
+
+bool XmlFile::parse(const char* text) {
+  return within_limits(text) && document_.Parse(text) == tinyxml2::XML_SUCCESS;
 }
 
 void XmlFile::keep_aside() {

@@ -25,8 +25,11 @@ class XmlFile {
   /// True when there is something at the path, as the host sees it.
   bool exists() const;
 
-  /// Reads the file; false when it is missing, no regular file, or not well-formed.
+  /// Reads the file; false when it is missing, no regular file, not well-formed, or beyond the
+  /// limits of xml_limits.h.
   bool load();
+  /// Reads a text in place of the file; false when it is not well-formed or beyond the limits.
+  bool parse(const char* text);
 
   /// Makes an empty document with an XML declaration in place of a file that did not load. What the
   /// file held is kept as "<file>.corrupt", and the file is removed with "rm -f".

@@ -1,0 +1,91 @@
+#include "search/index.h"
+
+#include "search/keypad_search.h"
+#include "support/lock.h"
+
+namespace cfgxml::search {
+namespace {
+
+constexpr std::size_t kWord = sizeof(void*);
+static_assert(sizeof(TRIE_INFO_T) == 2 * kWord && offsetof(TRIE_INFO_T, record) == kWord);
+static_assert(sizeof(TRIE_ENTRY_T) == 3 * kWord && offsetof(TRIE_ENTRY_T, next) == 2 * kWord);
+static_assert(sizeof(TRIE_RESULT_T) == 6001 * kWord &&
+              offsetof(TRIE_RESULT_T, others) == 6000 * kWord);
+
+using Hold = std::lock_guard<std::mutex>;
+
+bool is_blank(const char* text) { return text == nullptr || *text == '\0'; }
+
+/// The one search with its result, guarded by the index's mutex while it runs.
+KeypadSearch keypad_search;
+TRIE_RESULT_T result;
+
+int search_keys(const char* keys, TRIE_RESULT_T** out) {
+  const Hold hold(the_index().mutex);
+  const Trie& trie = the_index().trie;
+  if (!trie.rooted()) return 0;
+  *out = nullptr;
+  const int steps = keypad_search.run(trie, keys, result);
+  if (steps == KeypadSearch::kNoMatch) return 0;
+  *out = &result;
+  return steps;
+}
+
+}  // namespace
+
+Index& the_index() {
+  static Index instance;
+  return instance;
+}
+
+void add_texts(const TRIE_INFO_T& info, const Texts& texts) {
+  const Hold hold(the_index().mutex);
+  for (const char* text : texts) {
+    if (!is_blank(text)) the_index().trie.insert(text, info);
+  }
+}
+
+void remove_texts(const TRIE_INFO_T& info, const Texts& texts) {
+  const Hold hold(the_index().mutex);
+  for (const char* text : texts) {
+    if (!is_blank(text)) the_index().trie.erase(text, info.record);
+  }
+}
+
+int purge(int book) {
+  const Hold hold(the_index().mutex);
+  return the_index().trie.purge(book);
+}
+
+}  // namespace cfgxml::search
+
+using namespace cfgxml::search;  // NOLINT(google-build-using-namespace): the file is about them
+
+int TrieIncreaseInfo(const char* str, const TRIE_INFO_T* info) {
+  if (is_blank(str) || info == nullptr) return -1;
+  const Hold hold(the_index().mutex);
+  return the_index().trie.insert(str, *info) ? 0 : -1;
+}
+
+int TrieDecreaseInfo(const char* str, const TRIE_INFO_T* info) {
+  if (is_blank(str) || info == nullptr) return -1;
+  const Hold hold(the_index().mutex);
+  if (!the_index().trie.rooted()) return -1;
+  the_index().trie.erase(str, info->record);
+  return 0;
+}
+
+int CfgTrieSearchVague(const char* keys, TRIE_RESULT_T** out) {
+  if (keys == nullptr || out == nullptr) return 0;
+  return cfgxml::guarded(0, search_keys, keys, out);
+}
+
+int CfgTrieSearchOfCount(const char* prefix, TRIE_ENTRY_T** out) {
+  if (prefix == nullptr) return 0;
+  const Hold hold(the_index().mutex);
+  if (!the_index().trie.rooted()) return 0;
+  const Trie::Place place = the_index().trie.find(prefix);
+  if (place.node == nullptr) return 0;
+  if (out != nullptr) *out = place.at_end ? place.node->entries : nullptr;
+  return static_cast<int>(place.node->count);
+}

@@ -1,0 +1,69 @@
+// The local contacts in the index, and the positions of the records of any book.
+#include <cfgxml/host.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "search/index.h"
+#include "support/lock.h"
+#include "support/slots.h"
+#include "support/text.h"
+
+namespace cfgxml::search {
+namespace {
+
+/// Numbers the records to which the pointers lead, given in the order of their book. The pointers
+/// are left in another one.
+template <typename Record>
+void number(Record** first, Record** last) {
+  std::reverse(first, last);  // the sorts keep the order of equal names: the later ones come first
+  Record** named = std::stable_partition(
+      first, last, [](const Record* record) { return is_empty(record->DisplayName); });
+  std::stable_sort(named, last, [](const Record* left, const Record* right) {
+    return rl_strcasecmp(left->DisplayName, right->DisplayName) < 0;
+  });
+
+  const RecordWrites writes;
+  const auto nameless = static_cast<std::int32_t>(named - first);
+  std::for_each(first, named, [&](Record* record) { record->position = nameless - 1; });
+  std::int32_t position = nameless;
+  std::for_each(named, last, [&](Record* record) { record->position = position++; });
+}
+
+int reload_local_book(const char* function) {
+  CONTACT_DATA_LIST_T* list = cfg_get_contact_list();
+  if (list == nullptr) {
+    rl_log_err("%s failed: cfg_get_contact_list return NULL.", function);
+    return -1;
+  }
+  for (CONTACT_DATA_T& contact : list->Contacts) {
+    if (contact.Id >= 1) add_record(CFGXML_BOOK_LOCAL, contact);
+  }
+  number_positions(*list);
+  return 0;
+}
+
+}  // namespace
+
+void number_positions(CONTACT_DATA_LIST_T& list) {
+  CONTACT_DATA_T* contacts[CFGXML_CONTACT_CAPACITY];
+  CONTACT_DATA_T** end = contacts;
+  for (CONTACT_DATA_T& contact : Contacts(list.Contacts)) *end++ = &contact;
+  number(contacts, end);
+}
+
+void number_positions(CONTACT_SUMMARY_T* head) {
+  std::vector<CONTACT_SUMMARY_T*> records;
+  for (CONTACT_SUMMARY_T* record = head; record != nullptr; record = record->next) {
+    records.push_back(record);
+  }
+  number(records.data(), records.data() + records.size());
+}
+
+}  // namespace cfgxml::search
+
+int CfgTrieReloadLocalBookInfo() {
+  cfgxml::search::purge(CFGXML_BOOK_LOCAL);
+  return cfgxml::under_lock(cfgxml::Lock::kPhonebook, -1, cfgxml::search::reload_local_book,
+                            __func__);
+}

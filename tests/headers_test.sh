@@ -23,3 +23,13 @@ for header in "${headers[@]}"; do
 done
 check "${headers[@]}"
 check "${reversed[@]}"
+
+for header in "${headers[@]##*/}"; do
+  case $header in
+    cfgxml.h | host.h) ;;
+    *) grep -qx "#include <cfgxml/$header>" "$include/cfgxml/cfgxml.h" || {
+      echo "cfgxml.h leaves $header out" >&2
+      exit 1
+    } ;;
+  esac
+done

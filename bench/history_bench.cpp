@@ -1,4 +1,4 @@
-// Listing a full history against a full phonebook.
+// Listing a full history with names from a full phonebook, and the naming by itself.
 #include <benchmark/benchmark.h>
 #include <cfgxml/history.h>
 #include <cfgxml/host.h>
@@ -6,6 +6,8 @@
 
 #include <cstdio>
 #include <cstring>
+
+#include "history/names.h"
 
 namespace {
 
@@ -149,7 +151,7 @@ bool same_calls() {
   return same;
 }
 
-void run(benchmark::State& state, HISTORY_SUMMARY_T* (*list)()) {
+void list_calls(benchmark::State& state, HISTORY_SUMMARY_T* (*list)()) {
   fill_lists();
   if (!same_calls()) {
     state.SkipWithError("the two ways list different calls");
@@ -158,7 +160,29 @@ void run(benchmark::State& state, HISTORY_SUMMARY_T* (*list)()) {
   for ([[maybe_unused]] auto _ : state) cfg_destory_history_summary(list());
 }
 
-BENCHMARK_CAPTURE(run, ours, cfg_get_history_summary)->Name("list 100 calls, 600 entries:ours");
-BENCHMARK_CAPTURE(run, plain, list_by_walks)->Name("list 100 calls, 600 entries:a walk per call");
+void name_calls(benchmark::State& state, bool plainly) {
+  fill_lists();
+  const cfgxml::history::Phonebook phonebook;
+  CONTACT_SUMMARY_T* contacts = cfg_get_contact_summary("");
+  CONTACT_SUMMARY_T* blacklist = cfg_get_black_summary();
+  HISTORY_SUMMARY_T* calls = cfg_get_history_summary();
+  for ([[maybe_unused]] auto _ : state) {
+    for (auto* call = calls; call != nullptr; call = call->next) {
+      copy(call->RemoteDisplayName, "Unknown");
+      if (plainly) match_contact(call, contacts, blacklist);
+    }
+    if (!plainly) phonebook.name(calls);
+  }
+  cfg_destory_history_summary(calls);
+  cfg_destory_contact_summary(blacklist);
+  cfg_destory_contact_summary(contacts);
+}
+
+BENCHMARK_CAPTURE(list_calls, ours, cfg_get_history_summary)
+    ->Name("list 100 calls, 600 entries:ours");
+BENCHMARK_CAPTURE(list_calls, plain, list_by_walks)
+    ->Name("list 100 calls, 600 entries:a walk per call");
+BENCHMARK_CAPTURE(name_calls, ours, false)->Name("name 100 calls of a list:ours");
+BENCHMARK_CAPTURE(name_calls, plain, true)->Name("name 100 calls of a list:a walk per call");
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Importing a contact file: the host's half of cfg_upload_contact, called under the phonebook lock.
+// Contact files to import: the host's half of cfg_upload_contact, called under the phonebook lock.
 //
 // An import replaces the phonebook. The plug-in reads Contact.xml again afterwards, whatever came
 // of it, so the file is complete at that moment in every case: changes that were not yet written
@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "adapter/file_backup.h"
 #include "host.h"
@@ -15,6 +16,7 @@
 namespace host {
 namespace {
 
+constexpr int kPhonebookLock = 45081;
 constexpr char kContactFile[] = "/config/Phone/Contact/Contact.xml";
 
 bool is_csv(std::string_view path) {
@@ -28,15 +30,60 @@ bool is_csv(std::string_view path) {
 /// names in use allowed.
 bool was_read(int result) { return result == 0 || (result >= 16 && result <= 19); }
 
+/// Puts aside what the phone's lists hold, and back again, with the phonebook lock held.
+class ListsAside {
+ public:
+  explicit ListsAside(Lists& lists) : lists_(lists) {
+    rl_sem_lock(kPhonebookLock);
+    *contacts_ = std::exchange(lists.contacts(), {});
+    *blacklist_ = std::exchange(lists.blacklist(), {});
+  }
+  ~ListsAside() {
+    lists_.contacts() = *contacts_;
+    lists_.blacklist() = *blacklist_;
+    rl_sem_unlock(kPhonebookLock);
+  }
+  ListsAside(const ListsAside&) = delete;
+  ListsAside& operator=(const ListsAside&) = delete;
+
+ private:
+  Lists& lists_;
+  std::unique_ptr<CONTACT_DATA_LIST_T> contacts_ = std::make_unique<CONTACT_DATA_LIST_T>();
+  std::unique_ptr<BLACK_DATA_LIST_T> blacklist_ = std::make_unique<BLACK_DATA_LIST_T>();
+};
+
+}  // namespace
+
+bool Adapter::is_contact_file(const char* path) const {
+  const Callbacks& callbacks = host_.callbacks();
+  return (is_csv(path) ? callbacks.is_valid_contact_file_csv(path)
+                       : callbacks.is_valid_contact_file_xml(path)) != 0;
+}
+
+/// The readers check names against the phone's lists, so these are empty meanwhile.
+int Adapter::read_contact_file(const char* path, CONTACT_DATA_LIST_T& contacts) const {
+  const ListsAside aside(host_.lists());
+  CONTACT_DATA_LIST_T& list = host_.lists().contacts();
+  const int result = is_csv(path) ? host_.callbacks().get_contact_csv(path, &list)
+                                  : host_.callbacks().get_contact_xml(path, &list);
+  contacts = list;
+  return result;
+}
+
+int Adapter::import_contact_file(const char* path) const {
+  if (!host_.saver().write_if_outstanding(SaveCode::kContacts)) return -1;
+  return is_csv(path) ? import_csv(path) : import_xml(path);
+}
+
 /// Copies the file over Contact.xml; the plug-in reads it from there.
-int import_xml(Host& host, const char* path) {
-  FileBackup backup(host.on_disk(kContactFile));
+int Adapter::import_xml(const char* path) const {
+  const auto file = host_.on_disk(kContactFile);
+  FileBackup backup(file);
   if (!backup.safe()) {
     rl_log_err("%s failed: <%s> can not be backed up.", __func__, kContactFile);
     return -1;
   }
-  const int result = host.callbacks().copy_contact_xml(path);
-  const auto file = host.on_disk(kContactFile);
+  const int result = host_.callbacks().copy_contact_xml(path);
   const bool copied = result == 0 && files::read(path) == files::read(file) && files::sync(file);
   if (!copied) {
     rl_log_err("%s failed: <%s> can not be copied.", __func__, path);
@@ -47,33 +94,25 @@ int import_xml(Host& host, const char* path) {
 }
 
 /// Reads the file into the host's list and writes Contact.xml from it.
-int import_csv(Host& host, const char* path) {
-  CONTACT_DATA_LIST_T* list = host.lists().given_contacts();
+int Adapter::import_csv(const char* path) const {
+  CONTACT_DATA_LIST_T* list = host_.lists().given_contacts();
   if (list == nullptr) return -1;
   const auto old_contacts = std::make_unique<CONTACT_DATA_LIST_T>(*list);
-  const int result = host.callbacks().get_contact_csv(path, list);
-  if (was_read(result) && host.callbacks().save_contact_xml(kContactFile, list) == 0) return result;
-
+  const int result = host_.callbacks().get_contact_csv(path, list);
+  if (was_read(result) && host_.callbacks().save_contact_xml(kContactFile, list) == 0) {
+    return result;
+  }
   rl_log_err("%s failed: <%s> can not be imported.", __func__, path);
   *list = *old_contacts;
   return -1;
 }
 
-int import_contacts(Host& host, const char* path) {
-  if (!host.saver().write_if_outstanding(SaveCode::kContacts)) return -1;
-  return is_csv(path) ? import_csv(host, path) : import_xml(host, path);
-}
-
-}  // namespace
 }  // namespace host
 
 int adapter_check_contact_file_valid(const char* path) {
-  if (path == nullptr) return 0;
-  const host::Callbacks& callbacks = host::the_host().callbacks();
-  return host::is_csv(path) ? callbacks.is_valid_contact_file_csv(path)
-                            : callbacks.is_valid_contact_file_xml(path);
+  return path != nullptr && host::the_host().adapter().is_contact_file(path) ? 1 : 0;
 }
 
 int adapter_read_contact_file(const char* path) {
-  return path != nullptr ? host::import_contacts(host::the_host(), path) : -1;
+  return path != nullptr ? host::the_host().adapter().import_contact_file(path) : -1;
 }

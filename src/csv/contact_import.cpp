@@ -19,6 +19,7 @@ class ContactImport : public Rows {
 
   bool start_row() override {
     over_full_ = count_ == CFGXML_CONTACT_CAPACITY;
+    group_ = nullptr;
     dropped_ = false;
     return !over_full_;
   }
@@ -32,10 +33,10 @@ class ContactImport : public Rows {
         take_group(group_or_default(text));
         return true;
       case Value::kGroupRing:
-        fill_groups(&GROUP_DATA_T::Ring, ring_or_default(text));
+        describe_group(&GROUP_DATA_T::Ring, ring_or_default(text));
         return true;
       case Value::kGroupDescription:
-        fill_groups(&GROUP_DATA_T::Description, text);
+        describe_group(&GROUP_DATA_T::Description, text);
         return true;
       default:
         store(contact(), value, text);
@@ -75,22 +76,22 @@ class ContactImport : public Rows {
   }
 
   void take_group(const char* name) {
-    copy_text(group_name_, name);
-    if (phonebook::find_group(list_, group_name_) != nullptr || add_group()) {
-      copy_text(contact().Group, group_name_);
-    } else {
-      dropped_ = group_refused_ = true;
-    }
+    copy_text(contact().Group, name);
+    group_ = phonebook::find_group(list_, contact().Group);
+    if (group_ != nullptr) return;
+    dropped_ = !add_group(contact().Group);
+    group_refused_ = group_refused_ || dropped_;
+    group_ = phonebook::find_group(list_, contact().Group);
   }
 
   /// Makes the row's group in the next free slot. The last one is kept for "Default" until the
   /// import has made that group or the host's list has one: then it is made instead.
-  bool add_group() {
+  bool add_group(const char* name) {
     const int id = Groups(list_.Groups).next_id();
     const bool keeps_last = id >= CFGXML_GROUP_CAPACITY && !default_made_ &&
                             is_name_in_group(phonebook::kDefaultGroup, phonebook::kNoId) == 0;
     if (id > CFGXML_GROUP_CAPACITY) return false;
-    make_group(id, keeps_last ? phonebook::kDefaultGroup : group_name_);
+    make_group(id, keeps_last ? phonebook::kDefaultGroup : name);
     return !keeps_last;
   }
 
@@ -101,11 +102,9 @@ class ContactImport : public Rows {
     default_made_ = default_made_ || equal(name, phonebook::kDefaultGroup);
   }
 
-  /// Sets a text of every slot that has the name of the row's group.
-  void fill_groups(char (GROUP_DATA_T::*field)[64], const char* text) {
-    for (GROUP_DATA_T& group : list_.Groups) {
-      if (equal(group.Name, group_name_)) copy_text(group.*field, text);
-    }
+  /// Sets a text of the row's group.
+  void describe_group(char (GROUP_DATA_T::*field)[64], const char* text) {
+    if (group_ != nullptr) copy_text(group_->*field, text);
   }
 
   CONTACT_DATA_LIST_T& list_;
@@ -117,8 +116,9 @@ class ContactImport : public Rows {
   bool group_refused_ = false;
   bool over_full_ = false;
 
-  // The row being read. Its group is known before the columns that describe the group come.
-  char group_name_[sizeof GROUP_DATA_T::Name] = {};
+  // The row being read. Its group is the only slot of that name; a row that is dropped because its
+  // group found no place has none.
+  GROUP_DATA_T* group_ = nullptr;
   bool dropped_ = false;
 };
 

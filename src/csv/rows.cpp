@@ -3,25 +3,46 @@
 #include <cfgxml/host.h>
 
 #include <cstring>
-
-#include "support/text.h"
+#include <iterator>
+#include <string_view>
 
 namespace cfgxml::csv {
 namespace {
 
-/// Reads the fields of a row. A field counts when a comma follows it; commas cannot be quoted.
-void read_row(Line& line, Rows& rows) {
+/// The fields of a row, in the order of the columns.
+struct Fields {
+  char* texts[std::size(kColumns)];
+  std::size_t count = 0;
+};
+
+/// True for bytes that no trimming takes away.
+bool is_visible(char sign) { return sign > ' ' && sign < 0x7f; }
+
+/// Trims the text before its terminator at end; the host is asked when there may be white space.
+void trim(char* text, const char* end) {
+  if (text != end && !(is_visible(*text) && is_visible(end[-1]))) rl_strtrim(text);
+}
+
+/// A field counts when a comma follows it; commas cannot be quoted.
+Fields split(Line& line) {
+  Fields fields;
   char* field = line;
-  for (const Column& column : kColumns) {
-    char* comma = std::strchr(field, ',');
-    if (comma == nullptr) break;
-    *comma = '\0';
-    if (equal(field, kEndOfRow)) break;
-    if (column.imported != Value::kNothing) {
-      rl_strtrim(field);
-      if (!rows.take(column.imported, field)) return;
-    }
-    field = comma + 1;
+  for (char* at = line; *at != '\0' && fields.count < std::size(kColumns); ++at) {
+    if (*at != ',') continue;
+    if (std::string_view(field, static_cast<std::size_t>(at - field)) == kEndOfRow) break;
+    *at = '\0';
+    trim(field, at);
+    fields.texts[fields.count++] = field;
+    field = at + 1;
+  }
+  return fields;
+}
+
+void read_row(Line& line, Rows& rows) {
+  const Fields fields = split(line);
+  for (std::size_t i = 0; i < fields.count; ++i) {
+    const Value value = kColumns[i].imported;
+    if (value != Value::kNothing && !rows.take(value, fields.texts[i])) return;
   }
   rows.end_row();
 }

@@ -1,1 +1,84 @@
-int main() {}
+// deskphone: the phone on the command line.
+#include <fmt/format.h>
+
+#include <clocale>
+#include <cstdio>
+#include <exception>
+
+#include "commands.h"
+#include "failure.h"
+#include "shutdown.h"
+
+namespace deskphone {
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+/// The families, in the order of --help. A new one is a file of its own (see contacts.cpp), its
+/// function declared in commands.h, and a line here.
+constexpr void (*kFamilies[])(CLI::App&, Phone&) = {
+    add_tour,
+    add_contacts_commands,
+    add_groups_commands,
+    add_blacklist_commands,
+    add_move_commands,
+    add_keys_command,
+    add_remote_commands,
+    add_history_commands,
+    add_caller_commands,
+};
+
+constexpr char kFooter[] =
+    "The phone's files are kept in the --root folder, which is filled with samples on first use.\n"
+    "The exit status is 0 on success, 1 when a command failed, 2 when it was not understood.\n"
+    "Examples:\n"
+    "  deskphone tour\n"
+    "  deskphone contacts list --group Sales\n"
+    "  deskphone keys 2662\n"
+    "  deskphone --root /tmp/my-phone --json blacklist list";
+
+void add_options(CLI::App& app, Options& options) {
+  app.add_option("--root", options.root, "The folder with the phone's files")
+      ->capture_default_str();
+  app.add_flag("--json", options.json, "Print lists and records as JSON");
+  app.add_flag("-v", options.verbosity,
+               "Show the plug-in's log on standard error: problems (-v), everything (-vv)");
+}
+
+int run(int argc, char** argv) {
+  hold_signals();
+  Options options;
+  Phone phone(options);
+  CLI::App app(
+      "A desk phone on the command line: phonebook, blacklist, keypad search, call history.",
+      "deskphone");
+  app.require_subcommand(1);
+  app.fallthrough();  // for the subcommands: their parents' options may follow them
+  app.footer(kFooter);
+  add_options(app, options);
+  for (const auto add_family : kFamilies) add_family(app, phone);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return app.exit(help);
+  } catch (const CLI::ParseError& error) {
+    app.exit(error);
+    return kWrongUsage;
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace deskphone
+
+int main(int argc, char** argv) {
+  std::setlocale(LC_CTYPE, "C.UTF-8");
+  try {
+    return deskphone::run(argc, argv);
+  } catch (const std::exception& failure) {
+    std::fflush(stdout);
+    deskphone::remark(failure.what());
+    return deskphone::kFailed;
+  }
+}

@@ -7,6 +7,7 @@
 #include "contact_import.h"
 #include "failure.h"
 #include "record_options.h"
+#include "text.h"
 #include "user_file.h"
 
 namespace deskphone {
@@ -19,7 +20,7 @@ void expect_group(const Phone& phone, const std::string& name) {
 }
 
 void list_contacts(const Phone& phone, const Summaries& contacts) {
-  phone.output().list(rows_of(contacts), kContactColumns, "contacts");
+  phone.output().list(rows_of(contacts), kContactColumns, "contact", "contacts");
 }
 
 void add_contact(const Phone& phone, const RecordFields& fields) {
@@ -67,7 +68,8 @@ void delete_contacts(const Phone& phone, const Deletion& deletion) {
     for (const int id : deletion.ids) phonebook.delete_contact(id);
   }
   const std::size_t deleted = before - phonebook.contacts().size();
-  phone.output().done(fmt::format("Deleted {} contacts.", deleted), {{"deleted", deleted}});
+  phone.output().done(fmt::format("Deleted {}.", counted(deleted, "contact", "contacts")),
+                      {{"deleted", deleted}});
 }
 
 void import_contacts(const Phone& phone, const std::string& file) {
@@ -98,7 +100,8 @@ void upload_contacts(const Phone& phone, const std::string& file) {
                     file, result));
   }
   const std::size_t count = phone.phonebook().contacts().size();
-  phone.output().done(fmt::format("Uploaded {}: the phone has {} contacts now.", file, count),
+  phone.output().done(fmt::format("Uploaded {}: the phone has {} now.", file,
+                                  counted(count, "contact", "contacts")),
                       {{"contacts", count}});
   if (!note.empty()) remark(note);
 }

@@ -29,7 +29,7 @@ void list_groups(const Phone& phone) {
                        {"contacts", "Contacts"},
                        {"ring", "Ring"},
                        {"description", "Description"}},
-                      "groups");
+                      "group", "groups");
 }
 
 /// The fields given on the command line; one that was not given leaves the group's as it is.
@@ -85,8 +85,9 @@ void delete_groups(const Phone& phone, const Deletion& deletion) {
     for (const int id : deletion.ids) phonebook.delete_group(id);
   }
   const std::size_t deleted = before - phonebook.groups().size();
-  phone.output().done(fmt::format("Deleted {} groups; their contacts are in Default.", deleted),
-                      {{"deleted", deleted}});
+  phone.output().done(
+      fmt::format("Deleted {}; the contacts are in Default.", counted(deleted, "group", "groups")),
+      {{"deleted", deleted}});
 }
 
 void add_list_commands(CLI::App& family, Phone& phone) {

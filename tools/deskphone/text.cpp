@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cwchar>
 
 #include "failure.h"
@@ -93,6 +94,18 @@ std::string fit(const std::string& text, std::size_t columns) {
     rest.remove_prefix(character.bytes);
   }
   return result.append(columns - used, ' ');
+}
+
+std::string counted(std::size_t count, const char* one, const char* many) {
+  return fmt::format("{} {}", count, count == 1 ? one : many);
+}
+
+bool is_unsafe_path(const std::string& path) {
+  constexpr std::string_view kLeavesQuotes = "\"$`\\";
+  return std::any_of(path.begin(), path.end(), [&](char sign) {
+    const auto byte = static_cast<unsigned char>(sign);
+    return byte < 0x20 || byte == 0x7F || kLeavesQuotes.find(sign) != std::string_view::npos;
+  });
 }
 
 void check_text(const char* argument, const std::string& text, std::size_t capacity) {

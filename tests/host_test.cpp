@@ -1,7 +1,11 @@
-// The reference host: locks, saver, settings, adapter.
+// The reference host: locks, deferred saving, settings, contact files, look-ups.
 #include <cfgxml/host.h>
 
+#include <condition_variable>
+#include <cstring>
 #include <future>
+#include <memory>
+#include <mutex>
 #include <thread>
 
 #include "runtime/locks.h"
@@ -9,9 +13,21 @@
 
 namespace {
 
-constexpr int kLock = 45081;
+using host::SaveCode;
+using host::Saver;
 
-using HostTest = phone_test::Phone;
+constexpr int kLock = 45081;
+constexpr char kContactFile[] = "/config/Phone/Contact/Contact.xml";
+constexpr char kBackup[] = "/config/Phone/Contact/Contact.xml.before-import";
+
+class HostTest : public phone_test::Phone {
+ protected:
+  static void add(const char* name) {
+    CONTACT_DATA_T contact{};
+    rl_strcpy_s(contact.DisplayName, sizeof contact.DisplayName, name);
+    ASSERT_EQ(cfg_add_contact_data(&contact), 0);
+  }
+};
 
 TEST(HostLocks, AreRecursiveAndBelongToTheThreadThatTookThem) {
   const int faults = host::locks::faulty_releases();
@@ -34,6 +50,169 @@ TEST(HostLocks, AreRecursiveAndBelongToTheThreadThatTookThem) {
   waits.wait();
   other.join();
   EXPECT_EQ(host::locks::held(), 0);
+}
+
+TEST(HostText, BoundedCopiesCutAndTakeNothingForAnEmptyText) {
+  char text[6] = "old";
+  rl_strcpy_s(text, sizeof text, nullptr);
+  EXPECT_STREQ(text, "");
+  rl_strcpy_s(text, sizeof text, "abc");
+  rl_strcat_s(text, sizeof text, "defg");
+  EXPECT_STREQ(text, "abcde");
+  EXPECT_EQ(rl_atoi(nullptr), 0);
+  EXPECT_EQ(rl_atoi("99999999999"), 2147483647);
+  char spaced[] = " \ta b\r\n";
+  EXPECT_STREQ(rl_strtrim(spaced), "a b");
+  char blank[] = "  ";
+  EXPECT_STREQ(rl_strtrim(blank), "");
+}
+
+TEST(HostSaver, WritesEachPostedKindOnceAndTheRestAtTheStop) {
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::vector<SaveCode> written;
+  Saver saver([&](SaveCode code) {
+    const std::lock_guard<std::mutex> hold(mutex);
+    written.push_back(code);
+    changed.notify_all();
+    return 0;
+  });
+  saver.start(Saver::Milliseconds(20));
+  for (int i = 0; i < 5; ++i) saver.post(3);
+  {
+    std::unique_lock<std::mutex> hold(mutex);
+    changed.wait(hold, [&] { return !written.empty(); });
+  }
+  EXPECT_NE(saver.post(2), 0) << "no file has this code";
+  EXPECT_TRUE(saver.stop());
+  EXPECT_EQ(written, std::vector<SaveCode>{SaveCode::kContacts});
+
+  saver.start(std::chrono::hours(1));
+  saver.post(4);
+  saver.post(1);
+  EXPECT_TRUE(saver.stop()) << "at once, not after the pause";
+  EXPECT_EQ(written,
+            (std::vector<SaveCode>{SaveCode::kContacts, SaveCode::kHistory, SaveCode::kBlacklist}));
+}
+
+TEST(HostSaver, KeepsWhatItCouldNotWrite) {
+  bool disk_full = true;
+  int writes = 0;
+  Saver saver([&](SaveCode) {
+    ++writes;
+    return disk_full ? -1 : 0;
+  });
+  saver.post(3);
+  EXPECT_FALSE(saver.stop());
+  disk_full = false;
+  EXPECT_TRUE(saver.stop());
+  EXPECT_TRUE(saver.stop());
+  EXPECT_EQ(writes, 2);
+}
+
+TEST_F(HostTest, DeferredChangesReachTheirFilesWhenSavingStops) {
+  host().start_saving();
+  add("Ada");
+  EXPECT_EQ(posted(), std::vector<int>{3});
+  EXPECT_TRUE(host().stop_saving());
+  EXPECT_NE(read(kContactFile).find("\"Ada\""), std::string::npos);
+  add("Bo");
+  EXPECT_NE(read(kContactFile).find("\"Bo\""), std::string::npos) << "saved at once again";
+}
+
+TEST_F(HostTest, SettingsAreSavedBySection) {
+  cfg_set_string(26, 65, "Berlin");
+  cfg_set_string(0, 18, "5062");
+  EXPECT_EQ(cfg_save(26), 0);
+  EXPECT_EQ(cfg_get_int(0, 18, 5060), 5062);
+
+  host().open_profile(root());
+  char zone[8];
+  cfg_get_string(26, 65, zone, sizeof zone, "none");
+  EXPECT_STREQ(zone, "Berlin");
+  EXPECT_EQ(cfg_get_int(0, 18, 5060), 5060) << "its section was not saved";
+  cfg_get_string(26, 66, zone, 4, "default");
+  EXPECT_STREQ(zone, "def");
+
+  write("/config/settings.json", "{ \"26\": ");
+  host().open_profile(root());
+  EXPECT_EQ(item(26, 65), "");
+}
+
+TEST_F(HostTest, ImportThatFailsLeavesContactsAndFile) {
+  add("Ada");
+  host().start_saving();
+  add("Bo");  // not in the file yet
+  write("/bad.csv", "NAME,NUMBER\nX,1\n");
+  write("/bad.xml", "<ContactData><Group Id=\"1\" Name=\"Work\">");
+  for (const char* file : {"/bad.csv", "/bad.xml", "/missing.csv"}) {
+    EXPECT_EQ(cfg_upload_contact(on_disk(file).c_str()), -1) << file;
+  }
+  // Files that go away between the check and the import.
+  rl_sem_lock(kLock);
+  EXPECT_NE(adapter_read_contact_file(on_disk("/missing.csv").c_str()), 0);
+  EXPECT_NE(adapter_read_contact_file(on_disk("/missing.xml").c_str()), 0);
+  rl_sem_unlock(kLock);
+
+  EXPECT_STREQ(contacts().Contacts[1].DisplayName, "Bo");
+  EXPECT_NE(read(kContactFile).find("\"Bo\""), std::string::npos)
+      << "a reload after the import must find it";
+  EXPECT_FALSE(exists(kBackup));
+}
+
+TEST_F(HostTest, ImportReplacesTheContacts) {
+  add("Ada");
+  write(
+      "/new.xml",
+      "<Book><Group Id=\"1\" Name=\"Work\"><Contact Id=\"9\" DisplayName=\"Cy\"/></Group></Book>");
+  EXPECT_EQ(cfg_upload_contact(on_disk("/new.xml").c_str()), 0);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Cy");
+  EXPECT_EQ(contacts().Contacts[1].Id, 0);
+  EXPECT_FALSE(exists(kBackup));
+}
+
+TEST_F(HostTest, ImportThatWasCutShortIsUndoneAtTheNextStart) {
+  add("Ada");
+  write(kBackup, read(kContactFile));
+  write(kContactFile, "<ContactData><Gro");
+  host().open_profile(root());
+  EXPECT_EQ(host().load().contacts, 0);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Ada");
+}
+
+TEST_F(HostTest, ReadingAContactFileApartLeavesThePhonesLists) {
+  add("Ada");
+  write(
+      "/new.xml",
+      "<Book><Group Id=\"1\" Name=\"Work\"><Contact Id=\"9\" DisplayName=\"Ada\"/></Group></Book>");
+  const auto before = std::make_unique<CONTACT_DATA_LIST_T>(contacts());
+  const auto file = std::make_unique<CONTACT_DATA_LIST_T>();
+  EXPECT_EQ(host().adapter().read_contact_file(on_disk("/new.xml").c_str(), *file), 0)
+      << "a name that the phone uses is read too";
+  EXPECT_EQ(file->Contacts[0].Id, 9);
+  EXPECT_EQ(rl_strcmp(file->Contacts[0].Group, "Work"), 0);
+  EXPECT_EQ(std::memcmp(before.get(), &contacts(), sizeof *before), 0);
+}
+
+TEST_F(HostTest, LookupsFindTheGroupAndTheRing) {
+  write(kContactFile,
+        "<B><Group Id=\"4\" Name=\"Work\" Ring=\"Bell\">"
+        "<Contact Id=\"1\" DisplayName=\"A\" MobileNumber=\"17\" Ring=\"Auto\"/>"
+        "<Contact Id=\"2\" DisplayName=\"B\" OfficeNumber=\"18\" Ring=\"Horn\"/></Group>"
+        "<Group Id=\"5\" Name=\"Default\" Ring=\"Auto\">"
+        "<Contact Id=\"3\" DisplayName=\"C\" OtherNumber=\"19\"/></Group></B>");
+  host().load();
+  char name[] = "Work";
+  EXPECT_EQ(find_group_id(name, nullptr, nullptr, nullptr), reinterpret_cast<void*>(4));
+  char ring[8];
+  const auto ring_of = [&ring](std::string number) -> std::string {
+    void* const room = reinterpret_cast<void*>(sizeof ring);
+    return find_contacts_ring_url(number.data(), ring, room, nullptr) == ring ? ring : "nobody";
+  };
+  EXPECT_EQ(ring_of("17"), "Bell") << "the group's";
+  EXPECT_EQ(ring_of("18"), "Horn") << "its own";
+  EXPECT_EQ(ring_of("19"), "Auto");
+  EXPECT_EQ(ring_of("20"), "nobody");
 }
 
 }  // namespace

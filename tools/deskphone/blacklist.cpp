@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "failure.h"
 #include "record_options.h"
+#include "text.h"
 #include "user_file.h"
 
 namespace deskphone {
@@ -61,7 +62,7 @@ void delete_entries(const Phone& phone, const Deletion& deletion) {
     for (const int id : deletion.ids) phonebook.delete_blacklist_entry(id);
   }
   const std::size_t deleted = before - phonebook.blacklist().size();
-  phone.output().done(fmt::format("Deleted {} blacklist entries.", deleted),
+  phone.output().done(fmt::format("Deleted {}.", counted(deleted, "blacklist entries")),
                       {{"deleted", deleted}});
 }
 
@@ -89,7 +90,7 @@ void upload_blacklist(const Phone& phone, const std::string& file) {
   }
   const std::size_t count = phonebook.blacklist().size();
   phone.output().done(
-      fmt::format("Uploaded {}: the phone has {} blacklist entries now.", file, count),
+      fmt::format("Uploaded {}: the phone has {} now.", file, counted(count, "blacklist entries")),
       {{"entries", count}});
   const std::string note = loading_note(result);
   if (!note.empty()) remark(note);

@@ -85,8 +85,9 @@ void delete_groups(const Phone& phone, const Deletion& deletion) {
     for (const int id : deletion.ids) phonebook.delete_group(id);
   }
   const std::size_t deleted = before - phonebook.groups().size();
-  phone.output().done(fmt::format("Deleted {} groups; their contacts are in Default.", deleted),
-                      {{"deleted", deleted}});
+  phone.output().done(
+      fmt::format("Deleted {}; the contacts are in Default.", counted(deleted, "groups")),
+      {{"deleted", deleted}});
 }
 
 void add_list_commands(CLI::App& family, Phone& phone) {

@@ -58,7 +58,7 @@ void Output::list(const std::vector<Row>& rows, const std::vector<Column>& colum
     for (const Column& column : columns) cells.push_back(cell(row, column.field));
     fmt::print("{}\n", line_of(cells, widths));
   }
-  fmt::print("{} {}\n", rows.size(), noun);
+  fmt::print("{}\n", counted(rows.size(), noun));
 }
 
 void Output::record(const Row& row) const {

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "failure.h"
+#include "text.h"
 
 namespace deskphone {
 namespace {
@@ -44,6 +45,12 @@ std::set<fs::path> scratch_folders;  // guarded by scratch_mutex
 }  // namespace
 
 Profile::Profile(const fs::path& root) try : root_(fs::absolute(root).lexically_normal()) {
+  if (is_unsafe_path(root_.string())) {
+    throw Failure(
+        fmt::format("The path of {} holds a double quote, \"$\", a backquote, a backslash or a "
+                    "control character, which the phone refuses. Give another --root.",
+                    printable(root_.string())));
+  }
   if (fs::exists(root_) && !fs::exists(root_ / "config") && holds_anything(root_)) {
     throw Failure(
         fmt::format("{} is not a phone's folder: it has no folder config. Give --root a "

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cwchar>
 
 #include "failure.h"
@@ -93,6 +94,21 @@ std::string fit(const std::string& text, std::size_t columns) {
     rest.remove_prefix(character.bytes);
   }
   return result.append(columns - used, ' ');
+}
+
+std::string counted(std::size_t count, const std::string& plural) {
+  if (count != 1) return fmt::format("{} {}", count, plural);
+  const std::size_t length = plural.size();
+  const bool in_y = length > 3 && plural.compare(length - 3, 3, "ies") == 0;
+  return "1 " + (in_y ? plural.substr(0, length - 3) + "y" : plural.substr(0, length - 1));
+}
+
+bool is_unsafe_path(const std::string& path) {
+  constexpr std::string_view kLeavesQuotes = "\"$`\\";
+  return std::any_of(path.begin(), path.end(), [&](char sign) {
+    const auto byte = static_cast<unsigned char>(sign);
+    return byte < 0x20 || byte == 0x7F || kLeavesQuotes.find(sign) != std::string_view::npos;
+  });
 }
 
 void check_text(const char* argument, const std::string& text, std::size_t capacity) {

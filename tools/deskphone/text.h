@@ -16,6 +16,13 @@ std::size_t display_width(std::string_view text);
 /// The text, padded with blanks to this many columns, or cut to them.
 std::string fit(const std::string& text, std::size_t columns);
 
+/// A number of things, whose plural ends in "s" or "ies": "1 contact", "2 contacts".
+std::string counted(std::size_t count, const std::string& plural);
+
+/// True when a path holds what could leave the double quotes of a shell command: the phone's
+/// commands carry no such path.
+bool is_unsafe_path(const std::string& path);
+
 /// Throws Failure unless the text is UTF-8 without control characters and fits the field, whose
 /// capacity includes the terminator.
 void check_text(const char* argument, const std::string& text, std::size_t capacity);

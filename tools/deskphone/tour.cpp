@@ -10,7 +10,9 @@
 #include "failure.h"
 #include "runtime/files.h"
 #include "text.h"
+#include "tour_calls.h"
 #include "tour_restart.h"
+#include "tour_screens.h"
 
 namespace deskphone {
 namespace {
@@ -80,8 +82,9 @@ void print_hits(const std::string& keys, const Hits& hits) {
   for (std::size_t i = 0; i < std::min(kShown, hits.rows.size()); ++i) {
     shown += (i > 0 ? ", " : "") + printable(hits.rows[i]["name"].get<std::string>());
   }
-  fmt::print("  {:<6} {:>3} hits{}  {}{}\n", keys, hits.rows.size(), hits.complete ? " " : "+",
-             shown, hits.rows.size() > kShown ? ", ..." : "");
+  fmt::print("  {:<6} {:<9} {}{}\n", keys,
+             counted(hits.rows.size(), "hits") + (hits.complete ? "" : "+"), shown,
+             hits.rows.size() > kShown ? ", ..." : "");
 }
 
 void type_a_name(Phone& phone) {
@@ -158,6 +161,10 @@ constexpr TourStep kSteps[] = {
     {"Adding a contact", add_a_contact},
     {"Adding it again", add_it_again},
     {"Moving it to the blacklist and back", move_there_and_back},
+    {"Being called", tour_calls},
+    {"A menu and a directory from the XML browser", tour_screens},
+    {"Reading a message", tour_messages},
+    {"Adding a dial rule", tour_dialrules},
     {"Restarting", tour_restart},
 };
 
@@ -173,6 +180,23 @@ void copy_profile(const fs::path& root, const fs::path& copy) {
   }
 }
 
+/// An earlier visitor's contact, that a profile may hold, would take the name.
+void remove_guests(const Phone& phone) {
+  for (const CONTACT_SUMMARY_T& old : phone.phonebook().search_contacts(kGuest)) {
+    phone.phonebook().delete_contact(old.Id);
+  }
+}
+
+void walk(Phone& phone) {
+  phone.load_remote_books();
+  remove_guests(phone);
+  int number = 0;
+  for (const TourStep& step : kSteps) {
+    fmt::print("\n{}. {}\n", ++number, step.title);
+    step.run(phone);
+  }
+}
+
 void tour(Phone& phone) {
   const fs::path root = phone.options().root;
   const ScratchFolder scratch;
@@ -181,16 +205,11 @@ void tour(Phone& phone) {
   copy_profile(root, copy);
   fmt::print("A tour of the phone on a copy of {}; nothing in it changes.\n", root.string());
   phone.start(copy);
-  phone.load_remote_books();
-
-  // What an earlier visitor left in the profile would make the copy's name check fail.
-  for (const CONTACT_SUMMARY_T& old : phone.phonebook().search_contacts(kGuest)) {
-    phone.phonebook().delete_contact(old.Id);
-  }
-  int number = 0;
-  for (const TourStep& step : kSteps) {
-    fmt::print("\n{}. {}\n", ++number, step.title);
-    step.run(phone);
+  try {
+    walk(phone);
+  } catch (...) {
+    phone.stop();  // while its folder is there
+    throw;
   }
   fmt::print("\nThat was the tour. Next: deskphone --help\n");
 }

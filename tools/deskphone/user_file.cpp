@@ -9,28 +9,13 @@
 #include "text.h"
 
 namespace deskphone {
-namespace {
-
 namespace fs = std::filesystem;
-
-constexpr std::string_view kShellSigns = "\"$`\\";
-
-bool is_unsafe(const std::string& path) {
-  for (const char sign : path) {
-    const auto byte = static_cast<unsigned char>(sign);
-    if (byte < 0x20 || byte == 0x7F || kShellSigns.find(sign) != std::string_view::npos)
-      return true;
-  }
-  return false;
-}
-
-}  // namespace
 
 void check_file(const fs::path& file) {
   const std::string name = printable(file.string());
-  if (is_unsafe(file.string())) {
+  if (is_unsafe_path(file.string())) {
     throw Failure(
-        fmt::format("The path of {} holds a quote, \"$\", a backquote, a backslash or a "
+        fmt::format("The path of {} holds a double quote, \"$\", a backquote, a backslash or a "
                     "control character, which the phone refuses. Rename the file.",
                     name));
   }

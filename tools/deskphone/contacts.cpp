@@ -20,7 +20,7 @@ void expect_group(const Phone& phone, const std::string& name) {
 }
 
 void list_contacts(const Phone& phone, const Summaries& contacts) {
-  phone.output().list(rows_of(contacts), kContactColumns, "contact", "contacts");
+  phone.output().list(rows_of(contacts), kContactColumns, "contacts");
 }
 
 void add_contact(const Phone& phone, const RecordFields& fields) {
@@ -68,7 +68,7 @@ void delete_contacts(const Phone& phone, const Deletion& deletion) {
     for (const int id : deletion.ids) phonebook.delete_contact(id);
   }
   const std::size_t deleted = before - phonebook.contacts().size();
-  phone.output().done(fmt::format("Deleted {}.", counted(deleted, "contact", "contacts")),
+  phone.output().done(fmt::format("Deleted {}.", counted(deleted, "contacts")),
                       {{"deleted", deleted}});
 }
 
@@ -100,9 +100,9 @@ void upload_contacts(const Phone& phone, const std::string& file) {
                     file, result));
   }
   const std::size_t count = phone.phonebook().contacts().size();
-  phone.output().done(fmt::format("Uploaded {}: the phone has {} now.", file,
-                                  counted(count, "contact", "contacts")),
-                      {{"contacts", count}});
+  phone.output().done(
+      fmt::format("Uploaded {}: the phone has {} now.", file, counted(count, "contacts")),
+      {{"contacts", count}});
   if (!note.empty()) remark(note);
 }
 

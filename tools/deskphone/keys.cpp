@@ -30,7 +30,7 @@ void find_once(const Phone& phone, const std::string& keys) {
                     printable(keys)));
   }
   const Hits hits = phone.search().find(keys);
-  phone.output().list(hits.rows, kHitColumns, "hit", "hits");
+  phone.output().list(hits.rows, kHitColumns, "hits");
   if (!hits.complete) phone.output().say("There may be more; type more keys.");
 }
 
@@ -53,7 +53,7 @@ void draw(const Phone& phone, const std::string& keys) {
   const std::size_t room = on_screen ? std::max<std::size_t>(screen_lines(), 8) - 5 : 10;
 
   if (on_screen) clear_screen();
-  fmt::print("Keys: {}_   {}{}\n", keys, counted(hits.rows.size(), "hit", "hits"),
+  fmt::print("Keys: {}_   {}{}\n", keys, counted(hits.rows.size(), "hits"),
              hits.complete ? "" : " or more");
   for (std::size_t i = 0; i < std::min(room, hits.rows.size()); ++i) {
     const Row& row = hits.rows[i];

@@ -82,7 +82,7 @@ void print_hits(const std::string& keys, const Hits& hits) {
     shown += (i > 0 ? ", " : "") + printable(hits.rows[i]["name"].get<std::string>());
   }
   fmt::print("  {:<6} {:<9} {}{}\n", keys,
-             counted(hits.rows.size(), "hit", "hits") + (hits.complete ? "" : "+"), shown,
+             counted(hits.rows.size(), "hits") + (hits.complete ? "" : "+"), shown,
              hits.rows.size() > kShown ? ", ..." : "");
 }
 

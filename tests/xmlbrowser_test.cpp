@@ -404,6 +404,7 @@ TEST_F(XmlBrowser, ElementNamesComeFromTheConfigurationAndStandBesideTheFixedOne
 TEST_F(XmlBrowser, TheRootOfAnInputScreenIsItsFirstField) {
   const XML_INPUT_SCREEN_T& screen = input_screen(
       "<Title>t</Title><Prompt>p0</Prompt><Parameter emptyable='yes'>a0</Parameter>"
+      "<Option>-</Option>"
       "<InputField type='combox' editable='no' min='1' max='2' step='3' startodot='yes' "
       "CombineData='x'><Prompt>p1</Prompt><Title>x</Title><Option text='t'>v</Option>"
       "<InputField><Prompt>x</Prompt></InputField></InputField>"
@@ -427,6 +428,7 @@ TEST_F(XmlBrowser, TheRootOfAnInputScreenIsItsFirstField) {
   expected->FieldCount = 2;
   put(expected->Fields[0].Prompt, "p0");
   put(expected->Fields[0].Parameter, "a0");
+  put(expected->Fields[0].Options[0].value, "-");
   XML_INPUT_FIELD_T& last = expected->Fields[1];
   put(last.Prompt, "p1");
   put(last.Default, "d1");
@@ -475,13 +477,15 @@ TEST_F(XmlBrowser, OptionsAreTakenCountedOutOrDoubled) {
            Case{"is_interger='yes' step='-2147483648'", option, 2, "0", "-2147483648",
                 "-2147483648"},
        }) {
-    const XML_INPUT_FIELD_T& field = input_screen(c.body, c.attributes).Fields[0];
+    const XML_INPUT_SCREEN_T& screen = input_screen(c.body, c.attributes);
+    const XML_INPUT_FIELD_T& field = screen.Fields[0];
     int count = 0;
     while (count < 30 && field.Options[count].value[0] != '\0') ++count;
     ASSERT_EQ(count, c.count) << c.attributes;
     EXPECT_STREQ(field.Options[0].value, c.first_value) << c.attributes;
     EXPECT_STREQ(field.Options[count - 1].value, c.last_value) << c.attributes;
     EXPECT_STREQ(field.Options[count - 1].text, c.last_text) << c.attributes;
+    EXPECT_STREQ(screen.Fields[1].Prompt, "") << c.attributes;  // what lies behind the options
   }
 }
 

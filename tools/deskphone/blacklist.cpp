@@ -22,7 +22,7 @@ void list_entries(const Phone& phone, const Summaries& entries) {
                        {"office", "Office"},
                        {"mobile", "Mobile"},
                        {"other", "Other"}},
-                      "blacklist entry", "blacklist entries");
+                      "blacklist entries");
 }
 
 void add_entry(const Phone& phone, const RecordFields& fields) {
@@ -62,9 +62,8 @@ void delete_entries(const Phone& phone, const Deletion& deletion) {
     for (const int id : deletion.ids) phonebook.delete_blacklist_entry(id);
   }
   const std::size_t deleted = before - phonebook.blacklist().size();
-  phone.output().done(
-      fmt::format("Deleted {}.", counted(deleted, "blacklist entry", "blacklist entries")),
-      {{"deleted", deleted}});
+  phone.output().done(fmt::format("Deleted {}.", counted(deleted, "blacklist entries")),
+                      {{"deleted", deleted}});
 }
 
 /// The plug-in copies the file before it reads it, so the old file is kept until it was read.
@@ -90,9 +89,9 @@ void upload_blacklist(const Phone& phone, const std::string& file) {
                     file));
   }
   const std::size_t count = phonebook.blacklist().size();
-  phone.output().done(fmt::format("Uploaded {}: the phone has {} now.", file,
-                                  counted(count, "blacklist entry", "blacklist entries")),
-                      {{"entries", count}});
+  phone.output().done(
+      fmt::format("Uploaded {}: the phone has {} now.", file, counted(count, "blacklist entries")),
+      {{"entries", count}});
   const std::string note = loading_note(result);
   if (!note.empty()) remark(note);
 }

@@ -12,6 +12,7 @@
 #include "failure.h"
 #include "node_list.h"
 #include "text.h"
+#include "tour.h"
 #include "user_file.h"
 
 namespace deskphone {
@@ -116,7 +117,7 @@ class RuleList {
             fmt::format("There is no rule with the id {}. The ids are in 'deskphone {} list'.", id,
                         family_.name));
       case kTextUsed:
-        throw Failure(fmt::format("Another rule has the {} \"{}\" already. Choose another one.",
+        throw Failure(fmt::format("The list has the {} \"{}\" already. Choose another one.",
                                   family_.texts[0].name, rule.*family_.texts[0].field));
       case kListFull:
         throw Failure(fmt::format(
@@ -273,6 +274,32 @@ void add_rule_family(CLI::App& app, Phone& phone, const Family<Rule>& family) {
 }
 
 }  // namespace
+
+void tour_dialrules(Phone& phone) {
+  const RuleList<DIAL_NOW_DATA_T> list(phone, kDialNow);
+  DIAL_NOW_DATA_T rule{};
+  if (list.rules().empty()) {
+    fmt::print("  The phone has no DialNow list; copy one from the samples and come back.\n");
+    return;
+  }
+  set_text(rule.Rule, "rule", "0800xxxxxxx");
+  rule.Line = 1;
+  for (const DIAL_NOW_DATA_T& old : list.rules()) {
+    if (old.Rule == std::string(rule.Rule)) list.remove(old.ID);
+  }
+  const std::size_t before = list.rules().size();
+  const DIAL_NOW_DATA_T added = list.add(rule);
+  fmt::print("  {} rules, and a new one: rule {}, {} on line {}\n", before, added.ID, added.Rule,
+             added.Line);
+  expect_on_tour(list.rules().size() == before + 1, "The rule is listed");
+  try {
+    list.add(rule);
+  } catch (const Failure& failure) {
+    fmt::print("  Once more: refused. {}\n", failure.what());
+    return;
+  }
+  expect_on_tour(false, "The same rule is refused");
+}
 
 void add_dialrule_commands(CLI::App& app, Phone& phone) {
   add_rule_family(app, phone, kDialNow);

@@ -29,7 +29,7 @@ void list_groups(const Phone& phone) {
                        {"contacts", "Contacts"},
                        {"ring", "Ring"},
                        {"description", "Description"}},
-                      "group", "groups");
+                      "groups");
 }
 
 /// The fields given on the command line; one that was not given leaves the group's as it is.
@@ -86,7 +86,7 @@ void delete_groups(const Phone& phone, const Deletion& deletion) {
   }
   const std::size_t deleted = before - phonebook.groups().size();
   phone.output().done(
-      fmt::format("Deleted {}; the contacts are in Default.", counted(deleted, "group", "groups")),
+      fmt::format("Deleted {}; the contacts are in Default.", counted(deleted, "groups")),
       {{"deleted", deleted}});
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "commands.h"
+#include "directory.h"
 #include "failure.h"
 #include "terminal.h"
 #include "text.h"
@@ -30,7 +31,7 @@ void find_once(const Phone& phone, const std::string& keys) {
                     printable(keys)));
   }
   const Hits hits = phone.search().find(keys);
-  phone.output().list(hits.rows, kHitColumns, "hit", "hits");
+  phone.output().list(hits.rows, kHitColumns, "hits");
   if (!hits.complete) phone.output().say("There may be more; type more keys.");
 }
 
@@ -53,7 +54,7 @@ void draw(const Phone& phone, const std::string& keys) {
   const std::size_t room = on_screen ? std::max<std::size_t>(screen_lines(), 8) - 5 : 10;
 
   if (on_screen) clear_screen();
-  fmt::print("Keys: {}_   {}{}\n", keys, counted(hits.rows.size(), "hit", "hits"),
+  fmt::print("Keys: {}_   {}{}\n", keys, counted(hits.rows.size(), "hits"),
              hits.complete ? "" : " or more");
   for (std::size_t i = 0; i < std::min(room, hits.rows.size()); ++i) {
     const Row& row = hits.rows[i];
@@ -94,7 +95,8 @@ void add_keys_command(CLI::App& app, Phone& phone) {
   auto keys = std::make_shared<std::string>();
   CLI::App& command = add_command(
       app, "keys",
-      "Find records by the keys of their name or number, in the contacts and the remote books. "
+      "Find records by the keys of their name or number, in the contacts, the remote books "
+      "and the simple lists of the directory. "
       "Without keys: reads them one at a time and shows the hits after each.",
       "keys 2662\n"
       "keys\n"
@@ -103,6 +105,7 @@ void add_keys_command(CLI::App& app, Phone& phone) {
   CLI::Option* given = command.add_option("keys", *keys, "0 to 9, *, or letters in their place");
   on_run(command, phone, [&phone, keys, given] {
     phone.load_remote_books();
+    Directory(phone).load_all_simple();
     if (given->count() > 0) {
       find_once(phone, *keys);
     } else if (phone.output().json()) {

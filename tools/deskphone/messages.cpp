@@ -2,6 +2,7 @@
 #include <cfgxml/message.h>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <ctime>
 #include <filesystem>
 #include <memory>
@@ -11,11 +12,14 @@
 #include "failure.h"
 #include "node_list.h"
 #include "text.h"
+#include "tour.h"
 
 namespace deskphone {
 namespace {
 
 constexpr char kFile[] = "/config/Phone/Message/Message.xml";
+constexpr int kRead = 0;
+constexpr int kUnread = 1;
 constexpr const char* kBoxes[] = {"inbox", "outbox", "sentbox", "draftbox"};  // from type 1
 
 std::string box_of(int type) { return type >= 1 && type <= 4 ? kBoxes[type - 1] : ""; }
@@ -150,9 +154,14 @@ void list_all(const Phone& phone) {
                       "messages");
 }
 
+/// The inbox's unread messages, or -1.
+int count_unread(const Phone& phone) {
+  const Function<decltype(cfg_get_inbox_unread)> count{phone.plugin(), "cfg_get_inbox_unread"};
+  return count();
+}
+
 void show_unread(const Phone& phone) {
-  const Function<decltype(cfg_get_inbox_unread)> get_unread{phone.plugin(), "cfg_get_inbox_unread"};
-  const int unread = get_unread();
+  const int unread = count_unread(phone);
   if (unread < 0) {
     throw Failure(
         fmt::format("The phone has no inbox. Look at {}.", phone.host().on_disk(kFile).string()));
@@ -258,6 +267,23 @@ void add_change_commands(CLI::App& family, Phone& phone) {
 }
 
 }  // namespace
+
+void tour_messages(Phone& phone) {
+  const Box inbox(phone, "inbox");
+  for (const SMS_SUMMARY_T& listed : inbox.list()) {
+    if (listed.status != kUnread) continue;
+    const int unread = count_unread(phone);
+    SMS_DATA_T message = inbox.message(listed.id);
+    fmt::print("  {} unread messages, the newest from {}:\n    {}\n", unread,
+               printable(listed.label), printable(message.content));
+    message.status = kRead;
+    inbox.set(message);
+    fmt::print("  Read: {} are left\n", count_unread(phone));
+    expect_on_tour(count_unread(phone) == std::max(unread - 1, 0), "One message less is unread");
+    return;
+  }
+  fmt::print("  There is no unread message.\n");
+}
 
 void add_message_commands(CLI::App& app, Phone& phone) {
   CLI::App& family = add_family(app, "messages", "The text messages, in four boxes");

@@ -40,8 +40,8 @@ std::string line_of(const std::vector<std::string>& cells, const std::vector<std
 
 }  // namespace
 
-void Output::list(const std::vector<Row>& rows, const std::vector<Column>& columns, const char* one,
-                  const char* many) const {
+void Output::list(const std::vector<Row>& rows, const std::vector<Column>& columns,
+                  const std::string& noun) const {
   if (json_) {
     fmt::print("{}\n", json_text(Row(rows)));
     return;
@@ -58,7 +58,7 @@ void Output::list(const std::vector<Row>& rows, const std::vector<Column>& colum
     for (const Column& column : columns) cells.push_back(cell(row, column.field));
     fmt::print("{}\n", line_of(cells, widths));
   }
-  fmt::print("{}\n", counted(rows.size(), one, many));
+  fmt::print("{}\n", counted(rows.size(), noun));
 }
 
 void Output::record(const Row& row) const {

@@ -21,9 +21,9 @@ class Output {
   explicit Output(const bool& json) : json_(json) {}
 
   /// Rows as a table of the given columns with their number below it, or as a JSON array with all
-  /// their fields. one and many are what they are: "contact", "contacts".
-  void list(const std::vector<Row>& rows, const std::vector<Column>& columns, const char* one,
-            const char* many) const;
+  /// their fields. one and many are what they are: "contacts".
+  void list(const std::vector<Row>& rows, const std::vector<Column>& columns,
+            const std::string& noun) const;
 
   /// One record, a line a field.
   void record(const Row& row) const;

@@ -87,15 +87,14 @@ void list_books(const Phone& phone) {
                     {"records", loaded ? phone.search().load_book(book) : 0},
                     {"file", loaded ? file_of(phone, book).string() : ""}});
   }
-  phone.output().list(rows, {{"book", "Book"}, {"records", "Records"}, {"file", "File"}}, "book",
-                      "books");
+  phone.output().list(rows, {{"book", "Book"}, {"records", "Records"}, {"file", "File"}}, "books");
 }
 
 void list_records(const Phone& phone, int book) {
   expect_loaded(phone, book);
   std::vector<Row> rows;
   append_rows(rows, book, phone.search().book(book));
-  phone.output().list(rows, kRecordColumns, "record", "records");
+  phone.output().list(rows, kRecordColumns, "records");
 }
 
 void search_records(const Phone& phone, const std::string& text, const std::optional<int>& book) {
@@ -104,7 +103,7 @@ void search_records(const Phone& phone, const std::string& text, const std::opti
     phone.search().load_book(each);
     append_rows(rows, each, phone.search().search_book(each, text));
   }
-  phone.output().list(rows, kRecordColumns, "record", "records");
+  phone.output().list(rows, kRecordColumns, "records");
 }
 
 void show_record(const Phone& phone, int book, int id) {

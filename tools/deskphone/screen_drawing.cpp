@@ -12,9 +12,9 @@
 namespace deskphone {
 namespace {
 
-constexpr std::size_t kColumns = 56;  // of the phone's screen, within its frame
+constexpr std::size_t kColumns = 60;  // of the phone's screen, within its frame
 constexpr std::size_t kNumberColumns = 6;
-constexpr std::size_t kKeyColumns = 13;
+constexpr std::size_t kKeyColumns = 14;
 
 constexpr const char* kPresenceSigns[] = {" ", "○", "⊘", "●", "◐", "♪", "■", "♫", "→", "←"};
 
@@ -191,7 +191,7 @@ std::string draw(const XML_TEXT_MENU_T& menu) {
 }
 
 std::string draw(const XML_DIRECTORY_T& directory) {
-  constexpr std::size_t kNameColumns = 23;
+  constexpr std::size_t kNameColumns = 22;
   constexpr std::size_t kPhoneColumns = 14;
   Frame frame;
   frame.title(directory, count_of(directory, directory.EntryCount));

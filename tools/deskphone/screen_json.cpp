@@ -96,6 +96,7 @@ Row fields_of(const XML_TEXT_MENU_T& menu) {
   fields["IsSimplified"] = block.IsSimplified;
   fields["DivPosPix"] = block.DivPosPix;
   fields["CombineData"] = block.CombineData;
+  fields["ItemCount"] = menu.ItemCount;
   fields["Items"] = Row::array();
   for (int i = 0; i < menu.ItemCount; ++i) {
     Row item = fields_of(menu.Items[i]);
@@ -108,6 +109,7 @@ Row fields_of(const XML_TEXT_MENU_T& menu) {
 
 Row fields_of(const XML_DIRECTORY_T& directory) {
   Row fields = beginning_of(directory);
+  fields["EntryCount"] = directory.EntryCount;
   fields["Entries"] = Row::array();
   for (int i = 0; i < directory.EntryCount; ++i) {
     fields["Entries"].push_back(fields_of(directory.Entries[i]));
@@ -122,6 +124,7 @@ Row fields_of(const XML_INPUT_SCREEN_T& form) {
   fields["DivPosPix"] = block.DivPosPix;
   fields["CombineData"] = block.CombineData;
   fields["SaveNext"] = block.SaveNext;
+  fields["FieldCount"] = form.FieldCount;
   fields["Fields"] = Row::array();
   for (int i = 0; i < form.FieldCount; ++i) {
     fields["Fields"].push_back(fields_of(form.Fields[i], block, i));

@@ -138,7 +138,7 @@ Screen open_factory_screen(const Phone& phone, const std::string& name) {
     throw Failure(
         fmt::format("The factory documents can not be read. Put them into {}.", folder.string()));
   }
-  if (!fs::exists(folder / name)) {
+  if (fs::path(name).filename() != name || !fs::is_regular_file(folder / name)) {
     throw Failure(fmt::format("There is no factory document {}. There are: {}.", name,
                               factory_names(folder)));
   }

@@ -96,8 +96,11 @@ std::string fit(const std::string& text, std::size_t columns) {
   return result.append(columns - used, ' ');
 }
 
-std::string counted(std::size_t count, const char* one, const char* many) {
-  return fmt::format("{} {}", count, count == 1 ? one : many);
+std::string counted(std::size_t count, const std::string& plural) {
+  if (count != 1) return fmt::format("{} {}", count, plural);
+  const std::size_t length = plural.size();
+  const bool in_y = length > 3 && plural.compare(length - 3, 3, "ies") == 0;
+  return "1 " + (in_y ? plural.substr(0, length - 3) + "y" : plural.substr(0, length - 1));
 }
 
 bool is_unsafe_path(const std::string& path) {

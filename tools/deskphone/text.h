@@ -16,8 +16,8 @@ std::size_t display_width(std::string_view text);
 /// The text, padded with blanks to this many columns, or cut to them.
 std::string fit(const std::string& text, std::size_t columns);
 
-/// "1 contact", "2 contacts".
-std::string counted(std::size_t count, const char* one, const char* many);
+/// A number of things, whose plural ends in "s" or "ies": "1 contact", "2 contacts".
+std::string counted(std::size_t count, const std::string& plural);
 
 /// True when a path holds what could leave the double quotes of a shell command: the phone's
 /// commands carry no such path.

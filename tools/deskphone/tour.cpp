@@ -10,6 +10,7 @@
 #include "failure.h"
 #include "runtime/files.h"
 #include "text.h"
+#include "tour_calls.h"
 #include "tour_restart.h"
 #include "tour_screens.h"
 
@@ -82,7 +83,7 @@ void print_hits(const std::string& keys, const Hits& hits) {
     shown += (i > 0 ? ", " : "") + printable(hits.rows[i]["name"].get<std::string>());
   }
   fmt::print("  {:<6} {:<9} {}{}\n", keys,
-             counted(hits.rows.size(), "hit", "hits") + (hits.complete ? "" : "+"), shown,
+             counted(hits.rows.size(), "hits") + (hits.complete ? "" : "+"), shown,
              hits.rows.size() > kShown ? ", ..." : "");
 }
 
@@ -160,7 +161,10 @@ constexpr TourStep kSteps[] = {
     {"Adding a contact", add_a_contact},
     {"Adding it again", add_it_again},
     {"Moving it to the blacklist and back", move_there_and_back},
+    {"Being called", tour_calls},
     {"A menu and a directory from the XML browser", tour_screens},
+    {"Reading a message", tour_messages},
+    {"Adding a dial rule", tour_dialrules},
     {"Restarting", tour_restart},
 };
 

@@ -19,7 +19,7 @@ const std::vector<Column> kEntryColumns = {{"index", "Index"},           {"last_
 void list_entries(const Phone& phone, const Entries& entries) {
   std::vector<Row> rows;
   for (const BSFT_CONTACT_DATA_T& entry : entries) rows.push_back(row_of(entry));
-  phone.output().list(rows, kEntryColumns, "entry", "entries");
+  phone.output().list(rows, kEntryColumns, "entries");
 }
 
 /// What was loaded, and whether the server has more.
@@ -51,7 +51,7 @@ void use_simple_list(const Phone& phone, int list, const Pages& pages) {
                        {"office", "Office"},
                        {"mobile", "Mobile"},
                        {"other", "Other"}},
-                      "entry", "entries");
+                      "entries");
 }
 
 void add_load_commands(CLI::App& family, Phone& phone) {

@@ -18,7 +18,7 @@ void install_factory_documents(const Phone& phone) {
   if (fs::exists(folder / kMenu)) return;
   fs::create_directories(folder);
   fs::copy(samples() / "profile/app/factory/Static/XMLBrowser", folder,
-           fs::copy_options::skip_existing);
+           fs::copy_options::recursive | fs::copy_options::skip_existing);
 }
 
 }  // namespace

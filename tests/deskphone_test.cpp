@@ -211,4 +211,22 @@ TEST_F(Deskphone, EndsOnSigtermWhileItWaitsForKeys) {
   EXPECT_EQ(WEXITSTATUS(status), 128 + SIGTERM);
 }
 
+TEST_F(Deskphone, ScreensAreDrawnListedOrRefusedWithTheLineOfTheFault) {
+  const std::string samples = CFGXML_SAMPLES "/screens/";
+  const Outcome drawn = run("screen " + samples + "directory.xml");
+  EXPECT_NE(drawn.out.find("|     3. Chidi Amadi-Roux       2103           \u2298 DND  "),
+            std::string::npos)
+      << drawn.out;
+  EXPECT_EQ(listed("screen " + samples + "input_screen.xml")["Fields"][4]["Options"][7]["value"],
+            "120");
+  EXPECT_EQ(listed("screen --cached Services.xml")["Items"][3]["DataID"], "account.02.label");
+
+  write(path("broken.xml"), "<IPPhoneTextMenu>\n<Title>x</Titel>\n</IPPhoneTextMenu>");
+  write(path("other.xml"), "<Note/>");
+  expect_refused("screen " + path("broken.xml"), "broken.xml is not well-formed XML: line 2");
+  expect_refused("screen " + path("other.xml"), "its root element is Note");
+  expect_refused("screen " + path("none.xml"), "none.xml can not be read");
+  expect_refused("screen --cached none.xml", "Emergency.xml, Forwarding.xml, Services.xml");
+}
+
 }  // namespace

@@ -117,7 +117,7 @@ std::string factory_names(const fs::path& folder) {
   std::sort(names.begin(), names.end());
   std::string list;
   for (const std::string& name : names) list += (list.empty() ? "" : ", ") + printable(name);
-  return list;
+  return list.empty() ? "none" : list;
 }
 
 }  // namespace
@@ -139,8 +139,8 @@ Screen open_factory_screen(const Phone& phone, const std::string& name) {
         fmt::format("The factory documents can not be read. Put them into {}.", folder.string()));
   }
   if (fs::path(name).filename() != name || !fs::is_regular_file(folder / name)) {
-    throw Failure(fmt::format("There is no factory document {}. There are: {}.", name,
-                              factory_names(folder)));
+    throw Failure(fmt::format("There is no factory document {}. In {} there are: {}.", name,
+                              folder.string(), factory_names(folder)));
   }
   const std::string path = kFactoryFolder + name;
   return open(phone, path.c_str(), folder / name, name, "IPPhone");

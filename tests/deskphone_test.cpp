@@ -153,8 +153,9 @@ TEST_F(Deskphone, RefusedFilesLeaveEverythingAsItWas) {
 
 TEST_F(Deskphone, ImportAddsAndUploadReplaces) {
   const std::string file = std::string(CFGXML_SAMPLES) + "/import/new-colleagues.xml";
-  EXPECT_EQ(listed("contacts import " + file),
-            (json{{"added", 3}, {"name_used", 1}, {"no_room", 0}}));
+  EXPECT_EQ(
+      listed("contacts import " + file),
+      (json{{"added", 3}, {"no_name", 0}, {"name_used", 1}, {"no_group", 0}, {"no_room", 0}}));
   EXPECT_EQ(listed("contacts search Nygård")[0]["group"], "Support");
   EXPECT_EQ(listed("contacts upload " + file), (json{{"contacts", 4}}));
   EXPECT_EQ(listed("contacts list").size(), 4U);

@@ -171,8 +171,11 @@ constexpr TourStep kSteps[] = {
 /// Copies the profile, with the sample books in the place of remote books that it does not have.
 void copy_profile(const fs::path& root, const fs::path& copy) {
   { const Profile filled(root); }
-  fs::copy(root / "config", copy / "config", fs::copy_options::recursive);
-  fs::copy(root / "tmp", copy / "tmp", fs::copy_options::recursive);
+  for (const char* folder : {"config", "tmp", "app"}) {
+    if (fs::exists(root / folder)) {
+      fs::copy(root / folder, copy / folder, fs::copy_options::recursive);
+    }
+  }
   const char* books[] = {"company.xml", "town.xml"};
   for (int book = 0; book < 2; ++book) {
     const fs::path file = copy / ("." + remote_path(book));

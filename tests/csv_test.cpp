@@ -348,4 +348,39 @@ TEST_F(CsvTest, AnExportReadsBackUnlessAValueHoldsAComma) {
   EXPECT_STREQ(contact(0).OtherNumber, "1") << "two columns to the right: the name stands twice";
 }
 
+TEST_F(CsvTest, TheSampleProfileComesBackButForValuesWithCommas) {
+  const std::string profile = CFGXML_SAMPLES "/profile/config/Phone/Contact/Contact.xml";
+  ASSERT_EQ(get_contact_xml(profile.c_str(), &contacts()), 0);
+  const Names all = names_of(contacts());
+  CONTACT_SUMMARY_T* summary = nullptr;  // "Default" first: six groups leave it no other place
+  CONTACT_SUMMARY_T** end = &summary;
+  for (const GROUP_DATA_T& group : contacts().Groups) {
+    *end = cfg_get_contact_summary(group.Name);
+    while (*end != nullptr) end = &(*end)->next;
+  }
+  ASSERT_EQ(save_contact_csv(on_disk("/out.csv").c_str(), summary), 0);
+  auto list = std::make_unique<CONTACT_DATA_LIST_T>();
+  host().lists().clear();
+  ASSERT_EQ(get_contact_csv(on_disk("/out.csv").c_str(), list.get()), 0);
+  EXPECT_EQ(groups_of(*list).size(), 6u);
+
+  int came_back = 0;
+  const CONTACT_DATA_T* read = list->Contacts;
+  for (const auto* node = summary; node != nullptr; node = node->next, ++read) {
+    const Names before = {
+        node->DisplayName, node->OfficeNumber, node->MobileNumber, node->OtherNumber,
+        node->Group,       node->Ring,         node->Photo,        std::to_string(node->Line)};
+    const Names after = {
+        read->DisplayName, read->OfficeNumber, read->MobileNumber, read->OtherNumber,
+        read->Group,       read->Ring,         read->Photo,        std::to_string(read->Line)};
+    std::string values = std::string(node->Group) == "Support" ? "Second level, 8 to 18 h" : "";
+    for (const std::string& value : before) values += value;
+    EXPECT_EQ(before == after, values.find(',') == std::string::npos) << node->DisplayName;
+    came_back += before == after ? 1 : 0;
+  }
+  cfg_destory_contact_summary(summary);
+  EXPECT_EQ(names_of(*list).size(), all.size());
+  EXPECT_EQ(came_back, 93);
+}
+
 }  // namespace

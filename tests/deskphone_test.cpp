@@ -153,8 +153,9 @@ TEST_F(Deskphone, RefusedFilesLeaveEverythingAsItWas) {
 
 TEST_F(Deskphone, ImportAddsAndUploadReplaces) {
   const std::string file = std::string(CFGXML_SAMPLES) + "/import/new-colleagues.xml";
-  EXPECT_EQ(listed("contacts import " + file),
-            (json{{"added", 3}, {"name_used", 1}, {"no_room", 0}}));
+  EXPECT_EQ(
+      listed("contacts import " + file),
+      (json{{"added", 3}, {"no_name", 0}, {"name_used", 1}, {"no_group", 0}, {"no_room", 0}}));
   EXPECT_EQ(listed("contacts search Nygård")[0]["group"], "Support");
   EXPECT_EQ(listed("contacts upload " + file), (json{{"contacts", 4}}));
   EXPECT_EQ(listed("contacts list").size(), 4U);
@@ -209,6 +210,24 @@ TEST_F(Deskphone, EndsOnSigtermWhileItWaitsForKeys) {
                               " " + root().parent_path().string();
   const int status = std::system(command.c_str());
   EXPECT_EQ(WEXITSTATUS(status), 128 + SIGTERM);
+}
+
+TEST_F(Deskphone, ScreensAreDrawnListedOrRefusedWithTheLineOfTheFault) {
+  const std::string samples = CFGXML_SAMPLES "/screens/";
+  const Outcome drawn = run("screen " + samples + "directory.xml");
+  EXPECT_NE(drawn.out.find("|     3. Chidi Amadi-Roux       2103           \u2298 DND  "),
+            std::string::npos)
+      << drawn.out;
+  EXPECT_EQ(listed("screen " + samples + "input_screen.xml")["Fields"][4]["Options"][7]["value"],
+            "120");
+  EXPECT_EQ(listed("screen --cached Services.xml")["Items"][3]["DataID"], "account.02.label");
+
+  write(path("broken.xml"), "<IPPhoneTextMenu>\n<Title>x</Titel>\n</IPPhoneTextMenu>");
+  write(path("other.xml"), "<Note/>");
+  expect_refused("screen " + path("broken.xml"), "broken.xml is not well-formed XML: line 2");
+  expect_refused("screen " + path("other.xml"), "its root element is Note");
+  expect_refused("screen " + path("none.xml"), "none.xml can not be read");
+  expect_refused("screen --cached none.xml", "Emergency.xml, Forwarding.xml, Services.xml");
 }
 
 }  // namespace

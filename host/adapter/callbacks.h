@@ -42,6 +42,15 @@ class Callbacks {
   int get_contact_csv(const char* path, CONTACT_DATA_LIST_T* list) const {
     return slot<int(const char*, CONTACT_DATA_LIST_T*)>(CFGXML_SLOT_GET_CONTACT_CSV)(path, list);
   }
+  int save_contact_csv(const char* path, CONTACT_SUMMARY_T* summary) const {
+    return slot<int(const char*, CONTACT_SUMMARY_T*)>(CFGXML_SLOT_SAVE_CONTACT_CSV)(path, summary);
+  }
+  COMMUNITY_DATA_T* get_community_contact_csv(const char* path) const {
+    return slot<COMMUNITY_DATA_T*(const char*)>(CFGXML_SLOT_GET_COMMUNITY_CONTACT_CSV)(path);
+  }
+  int save_community_xml(const char* path, COMMUNITY_DATA_T* data) const {
+    return slot<int(const char*, COMMUNITY_DATA_T*)>(CFGXML_SLOT_SAVE_COMMUNITY_XML)(path, data);
+  }
   int copy_contact_xml(const char* path) const {
     return slot<int(const char*)>(CFGXML_SLOT_COPY_CONTACT_XML)(path);
   }

@@ -44,8 +44,8 @@ int _cfg_upload_dialnow(const char* file_path) {
 
 }  // namespace cfgxml::dialrule
 
-using namespace cfgxml;            // NOLINT(google-build-using-namespace): the file is about them
-using namespace cfgxml::dialrule;  // NOLINT(google-build-using-namespace)
+using namespace cfgxml;            // NOLINT(google-build-using-namespace): the boundary
+using namespace cfgxml::dialrule;  // NOLINT(google-build-using-namespace): the boundary
 
 DIAL_NOW_DATA_T* cfg_get_dialnow_list() {
   return under_lock<DIAL_NOW_DATA_T*>(Lock::kDialNow, nullptr, _cfg_get_dialnow_list);

@@ -48,8 +48,8 @@ int _cfg_upload_dialreplace(const char* file_path) {
 
 }  // namespace cfgxml::dialrule
 
-using namespace cfgxml;            // NOLINT(google-build-using-namespace): the file is about them
-using namespace cfgxml::dialrule;  // NOLINT(google-build-using-namespace)
+using namespace cfgxml;            // NOLINT(google-build-using-namespace): the boundary
+using namespace cfgxml::dialrule;  // NOLINT(google-build-using-namespace): the boundary
 
 DIAL_REPLACE_DATA_T* cfg_get_dialreplace_list() {
   return under_lock<DIAL_REPLACE_DATA_T*>(Lock::kDialReplace, nullptr, _cfg_get_dialreplace_list);

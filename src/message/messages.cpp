@@ -221,7 +221,7 @@ int _cfg_get_inbox_unread() {
 
 }  // namespace cfgxml::message
 
-using namespace cfgxml::message;  // NOLINT(google-build-using-namespace): the file is about them
+using namespace cfgxml::message;  // NOLINT(google-build-using-namespace): the boundary
 using cfgxml::Lock;
 using cfgxml::under_lock;
 

@@ -1,6 +1,6 @@
+// The process-wide index, and the exported operations on it but for the books' own.
 #include "search/index.h"
 
-#include "search/keypad_search.h"
 #include "support/lock.h"
 
 namespace cfgxml::search {
@@ -16,16 +16,14 @@ using Hold = std::lock_guard<std::mutex>;
 
 bool is_blank(const char* text) { return text == nullptr || *text == '\0'; }
 
-/// The one search with its result, guarded by the index's mutex while it runs.
-KeypadSearch keypad_search;
+/// The one result table: what a search leaves in it is the caller's until the next search.
 TRIE_RESULT_T result;
 
 int search_keys(const char* keys, TRIE_RESULT_T** out) {
   const Hold hold(the_index().mutex);
-  const Trie& trie = the_index().trie;
-  if (!trie.rooted()) return 0;
+  if (!the_index().trie.rooted()) return 0;
   *out = nullptr;
-  const int steps = keypad_search.run(trie, keys, result);
+  const int steps = the_index().keypad_search.run(the_index().trie, keys, result);
   if (steps == KeypadSearch::kNoMatch) return 0;
   *out = &result;
   return steps;
@@ -34,8 +32,9 @@ int search_keys(const char* keys, TRIE_RESULT_T** out) {
 }  // namespace
 
 Index& the_index() {
-  static Index instance;
-  return instance;
+  // Never destroyed: a thread of the host may still search while the process exits.
+  static Index* const instance = new Index;
+  return *instance;
 }
 
 void add_texts(const TRIE_INFO_T& info, const Texts& texts) {

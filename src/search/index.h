@@ -11,15 +11,17 @@
 #include <cstddef>
 #include <mutex>
 
+#include "search/keypad_search.h"
 #include "search/trie.h"
 #include "support/slots.h"
 
 namespace cfgxml::search {
 
-/// The process-wide trie; it is used only while its mutex is held.
+/// The process-wide trie and the search over it; both are used only while the mutex is held.
 struct Index {
   std::mutex mutex;
-  Trie trie;  // guarded by mutex
+  Trie trie;
+  KeypadSearch keypad_search;
 };
 Index& the_index();
 

@@ -7,6 +7,15 @@
 #include "search/keypad.h"
 
 namespace cfgxml::search {
+namespace {
+
+/// The first node behind everything below this one, as far as it is below the top; or nullptr.
+const Node* next_branch(const Node* node, const Node* top) {
+  while (node != top && node->next_sibling == nullptr) node = node->parent;
+  return node != top ? node->next_sibling : nullptr;
+}
+
+}  // namespace
 
 int KeypadSearch::run(const Trie& trie, const char* keys, TRIE_RESULT_T& table) {
   std::memset(&table, 0, sizeof table);
@@ -93,23 +102,18 @@ void KeypadSearch::collect() {
   }
 }
 
-/// Takes the steps of one level in the branch of the top node, and keeps what remains below.
+/// Takes the steps of one level in the branch of the top node, and keeps what remains below it.
 void KeypadSearch::collect_below(const Node* top, std::uint32_t level) {
   const Node* node = top;
-  while (true) {
-    const bool passed = node->nearest <= level + 1;
-    if (passed && node->entries != nullptr) {
-      take_step(node);
-      if (steps_ == kMostSteps) return;
+  while (node != nullptr && steps_ < kMostSteps) {
+    const bool due = node->nearest <= level + 1;
+    if (due && node->entries != nullptr) take_step(node);
+    if (due && node->depth <= level) {  // its own level: it makes way for its children
+      node = node->first_child != nullptr ? node->first_child : next_branch(node, top);
+    } else {
+      keep({node, node->nearest, 0});
+      node = next_branch(node, top);
     }
-    if (passed && node->depth <= level && node->first_child != nullptr) {
-      node = node->first_child;
-      continue;
-    }
-    if (!passed || node->depth > level) keep({node, node->nearest, 0});
-    while (node != top && node->next_sibling == nullptr) node = node->parent;
-    if (node == top) return;
-    node = node->next_sibling;
   }
 }
 

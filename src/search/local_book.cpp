@@ -25,9 +25,9 @@ void number(Record** first, Record** last) {
 
   const RecordWrites writes;
   const auto nameless = static_cast<std::int32_t>(named - first);
-  std::for_each(first, named, [&](Record* record) { record->position = nameless - 1; });
+  for (Record** record = first; record != named; ++record) (*record)->position = nameless - 1;
   std::int32_t position = nameless;
-  std::for_each(named, last, [&](Record* record) { record->position = position++; });
+  for (Record** record = named; record != last; ++record) (*record)->position = position++;
 }
 
 int reload_local_book(const char* function) {

@@ -82,10 +82,10 @@ class StepCheck {
 
   /// Finds the text for which the entry stands.
   bool claim(const Entry& entry) {
-    const auto offset =
-        static_cast<const char*>(entry.info.record) - reinterpret_cast<const char*>(run_.deleted);
+    const auto offset = static_cast<std::size_t>(static_cast<const char*>(entry.info.record) -
+                                                 reinterpret_cast<const char*>(run_.deleted));
     if (offset % sizeof(CONTACT_DATA_T) != 0) return false;
-    const std::size_t slot = static_cast<std::size_t>(offset) / sizeof(CONTACT_DATA_T);
+    const std::size_t slot = offset / sizeof(CONTACT_DATA_T);
     TextSet bit = 1;
     for (const char* text : texts_of(run_.deleted[slot])) {
       if ((claimed_[slot] & bit) == 0 && spells(entry.node, text, kTextCapacity)) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-#include <utility>
 
 #include "support/chain.h"
 
@@ -43,17 +42,17 @@ void set_run(Node* node, const void* bytes, std::size_t length) {
   node->collected = is_collected(node->run, length);
 }
 
-/// Works out the node's nearest end from its own entries and its children; true when it changed.
-bool refresh_nearest(Node* node) {
-  std::uint32_t nearest = kNowhere;
-  if (node->collected && node->entries != nullptr) {
-    nearest = node->depth;
-  } else if (node->collected) {
-    for (const Node* below = node->first_child; below != nullptr; below = below->next_sibling) {
-      nearest = std::min(nearest, below->nearest);
-    }
+/// Works out the node's nearest end from its own entries and its children.
+void refresh_nearest(Node* node) {
+  node->nearest = kNowhere;
+  if (!node->collected) return;
+  if (node->entries != nullptr) {
+    node->nearest = node->depth;
+    return;
   }
-  return std::exchange(node->nearest, nearest) != nearest;
+  for (const Node* below = node->first_child; below != nullptr; below = below->next_sibling) {
+    node->nearest = std::min(node->nearest, below->nearest);
+  }
 }
 
 /// Tells the nodes above of a string that now ends at this one.
@@ -217,7 +216,7 @@ void Trie::remove(Entry* previous, Entry* entry) {
   pool_of(entry->info.book).give_back(entry);
 }
 
-/// Brings the nodes from this one up in order after entries of this one went: those that no string
+/// Sets the nodes from this one up right after entries of this one went: those that no string
 /// passes any more go, and one that no longer branches is folded.
 void Trie::tidy(Node* node) {
   while (node != &root_) {
@@ -279,10 +278,14 @@ Trie::Entries& Trie::pool_of(int book) {
   return entries_[book >= 0 && book < CFGXML_BOOK_COUNT ? book : CFGXML_BOOK_COUNT];
 }
 
+// Byte by byte from the end: the runs are short, and most texts that differ do so there.
 bool spells(const Node* node, const char* text, std::size_t capacity) {
   if (node->depth >= capacity || text[node->depth] != '\0') return false;
+  const char* byte = text + node->depth;
   for (; node->parent != nullptr; node = node->parent) {
-    if (std::memcmp(node->run, text + node->start(), node->length) != 0) return false;
+    for (std::size_t i = node->length; i-- != 0;) {
+      if (static_cast<std::uint8_t>(*--byte) != node->run[i]) return false;
+    }
   }
   return true;
 }

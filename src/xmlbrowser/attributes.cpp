@@ -64,8 +64,7 @@ std::int32_t index_or_one(const char* value) {
 }
 
 std::int32_t beep(const char* value) {
-  if (is_keyword(value, "no")) return 0;
-  return is_keyword(value, "yes") ? 1 : rl_atoi(value);
+  return is_keyword(value, "yes") ? 1 : rl_atoi(value);  // "no" reads as 0
 }
 
 std::int32_t timeout(const char* value) { return is_empty(value) ? -1 : rl_atoi(value); }

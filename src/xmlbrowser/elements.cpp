@@ -53,10 +53,10 @@ void read_option(const XMLElement& element, XML_OPTION_T& option) {
   if (const char* text = element.Attribute("text")) copy_text(option.text, text);
 }
 
-void number_all(char (&text)[64], const char* number) {
-  char numbered[sizeof text];  // it is not longer than the text
-  substitute(text, kAll, number, numbered);
-  copy_text(text, numbered);
+void number_all(char (&field)[64], const char* number) {
+  char numbered[sizeof field];  // the text does not get longer
+  substitute(field, kAll, number, numbered);
+  copy_text(field, numbered);
 }
 
 }  // namespace cfgxml::xmlbrowser

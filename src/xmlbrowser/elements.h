@@ -5,7 +5,9 @@
 #include <cfgxml/xmlbrowser.h>
 #include <tinyxml2.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 #include "support/text.h"
 #include "xmlbrowser/tag_names.h"
@@ -26,12 +28,13 @@ struct ElementRule {
 template <typename Target, std::size_t Count, typename Names>
 bool read_element(const XMLElement& element, const ElementRule<Target> (&rules)[Count],
                   const Names& names, Target& target) {
-  for (const ElementRule<Target>& rule : rules) {
-    if (!names.match(element.Value(), rule.name, rule.tag)) continue;
-    rule.apply(target, element);
-    return true;
-  }
-  return false;
+  const auto* rule =
+      std::find_if(std::begin(rules), std::end(rules), [&](const ElementRule<Target>& each) {
+        return names.match(element.Value(), each.name, each.tag);
+      });
+  if (rule == std::end(rules)) return false;
+  rule->apply(target, element);
+  return true;
 }
 
 /// Applies the rules to the children of an element in document order; the others are ignored.
@@ -103,6 +106,6 @@ void read_option(const XMLElement& element, XML_OPTION_T& option);
 inline constexpr char kAll[] = "All";
 
 /// Puts a number of at most three digits in place of every "All" in a text.
-void number_all(char (&text)[64], const char* number);
+void number_all(char (&field)[64], const char* number);
 
 }  // namespace cfgxml::xmlbrowser

@@ -30,11 +30,11 @@ bool TagNames::match(const char* element, const char* fixed, Tag tag) const {
          (tag != Tag::kNone && equal_ignoring_case(element, name(tag)));
 }
 
-bool FixedNames::match(const char* element, const char* fixed, Tag /*tag*/) const {
+bool FixedNames::match(const char* element, const char* fixed, Tag /*tag*/) {
   return equal_ignoring_case(element, fixed);
 }
 
-bool ExactNames::match(const char* element, const char* fixed, Tag /*tag*/) const {
+bool ExactNames::match(const char* element, const char* fixed, Tag /*tag*/) {
   return rl_strcmp(element, fixed) == 0;
 }
 

@@ -43,12 +43,12 @@ class TagNames {
 
 /// Fixed names alone, ignoring case.
 struct FixedNames {
-  bool match(const char* element, const char* fixed, Tag tag) const;
+  static bool match(const char* element, const char* fixed, Tag tag);
 };
 
 /// Fixed names alone, with case.
 struct ExactNames {
-  bool match(const char* element, const char* fixed, Tag tag) const;
+  static bool match(const char* element, const char* fixed, Tag tag);
 };
 
 }  // namespace cfgxml::xmlbrowser

@@ -43,8 +43,8 @@ Row common_row(const Call& call) {
           {"number", call.RemoteSipName},
           {"name", call.RemoteDisplayName},
           {"server", fmt::format("{}:{}", call.RemoteSipServer, call.RemoteSipPort)},
-          {"account",
-           fmt::format("{}@{}:{}", call.LocalSipName, call.LocalSipServer, call.LocalSipPort)}};
+          {"account", call.LocalSipName},
+          {"registrar", fmt::format("{}:{}", call.LocalSipServer, call.LocalSipPort)}};
 }
 
 }  // namespace
@@ -139,6 +139,7 @@ void set_duration(HISTORY_DATA_T& call, int seconds) {
 
 IncomingCall play_call(const Phone& phone, int line, const std::string& number,
                        const std::string& name, int seconds) {
+  if (number.empty()) throw Failure("The number is empty. Give the one that calls.");
   const History history(phone.plugin());
   IncomingCall call{"", call_over(phone, line, number, name)};
   call.record.Type = seconds > 0 ? kReceived : kMissed;

@@ -16,8 +16,17 @@ void add_blacklist_commands(CLI::App& app, Phone& phone);
 void add_move_commands(CLI::App& app, Phone& phone);
 void add_keys_command(CLI::App& app, Phone& phone);
 void add_remote_commands(CLI::App& app, Phone& phone);
+void add_directory_commands(CLI::App& app, Phone& phone);
 void add_history_commands(CLI::App& app, Phone& phone);
 void add_caller_commands(CLI::App& app, Phone& phone);
+void add_dialrule_commands(CLI::App& app, Phone& phone);
+void add_message_commands(CLI::App& app, Phone& phone);
+void add_timezone_commands(CLI::App& app, Phone& phone);
+void add_notify_commands(CLI::App& app, Phone& phone);
+void add_screen_command(CLI::App& app, Phone& phone);
+
+/// The commands of the family contacts that read and write files: import, export, check, community.
+void add_contact_file_commands(CLI::App& family, Phone& phone);
 
 /// A family: a command that only holds others.
 CLI::App& add_family(CLI::App& app, const char* name, const char* description);

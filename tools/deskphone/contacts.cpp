@@ -1,4 +1,5 @@
-// deskphone contacts: list, show, add, change, delete, search, import, upload.
+// deskphone contacts: list, show, add, change, delete, search, upload; the other commands on files
+// are in csv_commands.cpp.
 #include <fmt/format.h>
 
 #include <memory>
@@ -70,22 +71,6 @@ void delete_contacts(const Phone& phone, const Deletion& deletion) {
   const std::size_t deleted = before - phonebook.contacts().size();
   phone.output().done(fmt::format("Deleted {}.", counted(deleted, "contacts")),
                       {{"deleted", deleted}});
-}
-
-void import_contacts(const Phone& phone, const std::string& file) {
-  const Upload upload(file);
-  const ImportCounts counts = merge_contacts(phone, upload, file);
-  phone.output().done(
-      fmt::format("Imported {}: {} contacts added, {} skipped because their name is used, {} "
-                  "because all 500 contacts are in use.",
-                  file, counts.added, counts.name_used, counts.no_room),
-      {{"added", counts.added}, {"name_used", counts.name_used}, {"no_room", counts.no_room}});
-  if (counts.groups_left_out > 0) {
-    remark(fmt::format("All 6 groups are in use; the contacts of {} further ones are in Default.",
-                       counts.groups_left_out));
-  }
-  const std::string note = loading_note(counts.result);
-  if (!note.empty()) remark(fmt::format("{}: {}", file, note));
 }
 
 void upload_contacts(const Phone& phone, const std::string& file) {
@@ -171,17 +156,7 @@ void add_change_commands(CLI::App& family, Phone& phone) {
   on_run(remove, phone, [&phone, deletion] { delete_contacts(phone, *deletion); });
 }
 
-void add_file_commands(CLI::App& family, Phone& phone) {
-  auto imported = std::make_shared<std::string>();
-  CLI::App& import = add_command(
-      family, "import",
-      "Add the contacts of a file (XML, or CSV by the extension .csv) to those that are there. "
-      "Names that are used are skipped, groups that are missing are added.",
-      "contacts import new-colleagues.xml\n"
-      "contacts import export.csv");
-  import.add_option("file", *imported, "The contact file")->required();
-  on_run(import, phone, [&phone, imported] { import_contacts(phone, *imported); });
-
+void add_upload_command(CLI::App& family, Phone& phone) {
   auto uploaded = std::make_shared<std::string>();
   CLI::App& upload = add_command(
       family, "upload",
@@ -197,7 +172,8 @@ void add_contacts_commands(CLI::App& app, Phone& phone) {
   CLI::App& family = add_family(app, "contacts", "The phonebook's contacts");
   add_list_commands(family, phone);
   add_change_commands(family, phone);
-  add_file_commands(family, phone);
+  add_upload_command(family, phone);
+  add_contact_file_commands(family, phone);
 }
 
 }  // namespace deskphone

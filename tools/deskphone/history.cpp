@@ -51,26 +51,33 @@ void set_status(const Phone& phone, int id, const std::string& status) {
   phone.output().done(fmt::format("Call {} is {} now.", id, status), row_of(history.call(id)));
 }
 
+/// Reports how many calls there are fewer than before.
+void report_deletion(const Phone& phone, const History& history, std::size_t before) {
+  const std::size_t deleted = before - history.calls().size();
+  phone.output().done(fmt::format("Deleted {} calls.", deleted), {{"deleted", deleted}});
+}
+
 void delete_calls(const Phone& phone, const std::vector<int>& ids) {
   const History history(phone.plugin());
+  const std::size_t before = history.calls().size();
   for (const int id : ids) history.call(id);  // all or none
   for (const int id : ids) history.remove(id);
-  phone.output().done(fmt::format("Deleted {} calls.", ids.size()), {{"deleted", ids.size()}});
+  report_deletion(phone, history, before);
 }
 
 void clear_calls(const Phone& phone, const std::string& type) {
   const History history(phone.plugin());
   const std::size_t before = history.calls().size();
   history.remove_all(type.empty() ? kAllTypes : value_of(kCallTypes, type));
-  const std::size_t deleted = before - history.calls().size();
-  phone.output().done(fmt::format("Deleted {} calls.", deleted), {{"deleted", deleted}});
+  report_deletion(phone, history, before);
 }
 
 void look_up(const Phone& phone, const std::string& number, int line) {
   const std::string name = History(phone.plugin()).name_of(number, "", line);
-  phone.output().done(
-      name.empty() ? fmt::format("No contact or blacklist entry has the number {}.", number) : name,
-      {{"number", number}, {"line", line}, {"name", name}});
+  phone.output().done(name.empty()
+                          ? fmt::format("No contact or blacklist entry has the number {}.", number)
+                          : printable(name),
+                      {{"number", number}, {"line", line}, {"name", name}});
 }
 
 void take_call(const Phone& phone, const CallOptions& options) {

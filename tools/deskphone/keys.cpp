@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "commands.h"
+#include "directory.h"
 #include "failure.h"
 #include "terminal.h"
 #include "text.h"
@@ -94,7 +95,8 @@ void add_keys_command(CLI::App& app, Phone& phone) {
   auto keys = std::make_shared<std::string>();
   CLI::App& command = add_command(
       app, "keys",
-      "Find records by the keys of their name or number, in the contacts and the remote books. "
+      "Find records by the keys of their name or number, in the contacts, the remote books "
+      "and the simple lists of the directory. "
       "Without keys: reads them one at a time and shows the hits after each.",
       "keys 2662\n"
       "keys\n"
@@ -103,6 +105,7 @@ void add_keys_command(CLI::App& app, Phone& phone) {
   CLI::Option* given = command.add_option("keys", *keys, "0 to 9, *, or letters in their place");
   on_run(command, phone, [&phone, keys, given] {
     phone.load_remote_books();
+    Directory(phone).load_all_simple();
     if (given->count() > 0) {
       find_once(phone, *keys);
     } else if (phone.output().json()) {

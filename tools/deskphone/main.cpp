@@ -27,8 +27,14 @@ constexpr void (*kFamilies[])(CLI::App&, Phone&) = {
     add_move_commands,
     add_keys_command,
     add_remote_commands,
+    add_directory_commands,
     add_history_commands,
     add_caller_commands,
+    add_dialrule_commands,
+    add_message_commands,
+    add_timezone_commands,
+    add_notify_commands,
+    add_screen_command,
 };
 
 constexpr char kFooter[] =

@@ -21,7 +21,7 @@ class Output {
   explicit Output(const bool& json) : json_(json) {}
 
   /// Rows as a table of the given columns with their number below it, or as a JSON array with all
-  /// their fields. one and many are what they are: "contacts".
+  /// their fields. The noun is what they are: "contacts".
   void list(const std::vector<Row>& rows, const std::vector<Column>& columns,
             const std::string& noun) const;
 

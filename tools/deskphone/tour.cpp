@@ -10,7 +10,9 @@
 #include "failure.h"
 #include "runtime/files.h"
 #include "text.h"
+#include "tour_calls.h"
 #include "tour_restart.h"
+#include "tour_screens.h"
 
 namespace deskphone {
 namespace {
@@ -159,14 +161,21 @@ constexpr TourStep kSteps[] = {
     {"Adding a contact", add_a_contact},
     {"Adding it again", add_it_again},
     {"Moving it to the blacklist and back", move_there_and_back},
+    {"Being called", tour_calls},
+    {"A menu and a directory from the XML browser", tour_screens},
+    {"Reading a message", tour_messages},
+    {"Adding a dial rule", tour_dialrules},
     {"Restarting", tour_restart},
 };
 
 /// Copies the profile, with the sample books in the place of remote books that it does not have.
 void copy_profile(const fs::path& root, const fs::path& copy) {
   { const Profile filled(root); }
-  fs::copy(root / "config", copy / "config", fs::copy_options::recursive);
-  fs::copy(root / "tmp", copy / "tmp", fs::copy_options::recursive);
+  for (const char* folder : {"config", "tmp", "app"}) {
+    if (fs::exists(root / folder)) {
+      fs::copy(root / folder, copy / folder, fs::copy_options::recursive);
+    }
+  }
   const char* books[] = {"company.xml", "town.xml"};
   for (int book = 0; book < 2; ++book) {
     const fs::path file = copy / ("." + remote_path(book));

@@ -15,4 +15,8 @@ struct TourStep {
 /// Throws Failure, naming what was expected, unless it holds.
 void expect_on_tour(bool holds, const char* what);
 
+/// Steps of other families.
+void tour_messages(Phone& phone);
+void tour_dialrules(Phone& phone);
+
 }  // namespace deskphone

@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# Installs a build into a staging folder, and builds and runs the example hosts against it: with
+# pkg-config and with find_package. Arguments: build folder, C compiler, C++ compiler, the programs
+# that run what they build (none for this machine's own), "--", further arguments for CMake.
+set -euo pipefail
+build=$1 c=$2 cxx=$3
+shift 3
+run=()
+while [ $# -gt 0 ] && [ "$1" != -- ]; do run+=("$1") && shift; done
+shift
+cmake_arguments=("$@")
+source=$(cd "$(dirname "$0")/.." && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+stage=$work/stage
+
+fail() {
+  echo "$1" >&2
+  exit 1
+}
+
+quietly() {
+  "$@" >"$work/log" 2>&1 || { cat "$work/log" >&2 && fail "failed: $*"; }
+}
+
+# Runs a host over a new profile folder and looks for a line of its output.
+expect() {
+  local host=$1 line=$2 profile
+  profile=$(mktemp -d -p "$work")
+  mkdir -p "$profile"/config/Phone/{Contact,History}
+  "${run[@]}" "$host" "$profile" >"$work/output" 2>"$work/log" ||
+    { cat "$work/output" "$work/log" >&2 && fail "$host failed"; }
+  grep -qxF "$line" "$work/output" || { cat "$work/output" >&2 && fail "$host: no line '$line'"; }
+  grep -q 'Example' "$profile/config/Phone/Contact/Contact.xml" || fail "$host saved no contact"
+}
+
+quietly cmake --install "$build" --prefix "$stage"
+library=$(dirname "$(find "$stage" -name 'libcfgxml.so.1')")
+[ "$(readlink "$library/libcfgxml.so")" = libcfgxml.so.1 ] || fail "no name to link with"
+export LD_LIBRARY_PATH=$library
+
+export PKG_CONFIG_PATH=$library/pkgconfig
+read -ra flags <<<"$(pkg-config --cflags --libs cfgxml)"
+mkdir "$work/pc"
+"$c" -std=c99 -c -o "$work/pc/services.o" "$source/examples/services.c" "${flags[@]}" -pthread
+"$c" -std=c99 -o "$work/pc/host_c" "$source/examples/host.c" "$work/pc/services.o" "${flags[@]}" -pthread
+"$cxx" -std=c++11 -o "$work/pc/host_cpp" "$source/examples/host.cpp" "$work/pc/services.o" \
+  "${flags[@]}" -pthread
+
+quietly cmake -S "$stage/share/cfgxml/examples" -B "$work/cmake" -DCMAKE_PREFIX_PATH="$stage" \
+  "${cmake_arguments[@]}"
+quietly cmake --build "$work/cmake"
+
+for hosts in pc cmake; do
+  expect "$work/$hosts/host_c" "keys 232: Ada Example"
+  expect "$work/$hosts/host_cpp" "5550123 Ben Example"
+done
+
+if [ -x "$stage/bin/deskphone" ]; then
+  (cd "$work" && unset LD_LIBRARY_PATH && quietly "${run[@]}" "$stage/bin/deskphone" tour)
+fi
+for page in man1/deskphone.1 man3/libcfgxml.3; do
+  [ -s "$stage/share/man/$page" ] || fail "no man page $page"
+done

@@ -1,0 +1,643 @@
+#include <cfgxml/xmlbrowser.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "support/phone.h"
+
+namespace {
+
+constexpr char kFolder[] = "/app/factory/Static/XMLBrowser/";
+
+std::string repeat(const std::string& part, int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += part;
+  return text;
+}
+
+std::string sample(const std::string& name) {
+  std::ifstream file(std::string(CFGXML_SAMPLES) + "/screens/" + name);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+template <std::size_t Capacity>
+void put(char (&field)[Capacity], const std::string& text) {
+  ASSERT_LT(text.size(), Capacity);
+  std::memcpy(field, text.c_str(), text.size());
+}
+
+/// Every byte of two objects; names the first one that differs.
+template <typename Screen>
+testing::AssertionResult same(const Screen& actual, const Screen& expected) {
+  const auto* left = reinterpret_cast<const char*>(&actual);
+  const auto* right = reinterpret_cast<const char*>(&expected);
+  for (std::size_t i = 0; i < sizeof(Screen); ++i) {
+    if (left[i] != right[i]) return testing::AssertionFailure() << "they differ at byte " << i;
+  }
+  return testing::AssertionSuccess();
+}
+
+class XmlBrowser : public phone_test::Phone {
+ protected:
+  void TearDown() override {
+    release_all();
+    cfg_free_local_xml_file_cache();
+    Phone::TearDown();
+  }
+
+  static void release_all() {
+    cfg_destory_text_screen_object();
+    cfg_destory_text_menu_object();
+    cfg_destory_xml_browser_directory_object();
+    cfg_destory_xml_browser_input_screen_object();
+    cfg_destory_xml_browser_configuration_object();
+  }
+
+  int parse(const std::string& text) {
+    write("/screen.xml", text);
+    return cfg_parse_remote_xml(on_disk("/screen.xml").c_str());
+  }
+
+  const XML_TEXT_SCREEN_T& text_screen(const std::string& attributes, const std::string& body) {
+    return show("TextScreen", attributes, body, cfg_destory_text_screen_object,
+                cfg_get_text_screen_object);
+  }
+  const XML_TEXT_MENU_T& text_menu(const std::string& body, const std::string& attributes = "") {
+    return show("TextMenu", attributes, body, cfg_destory_text_menu_object,
+                cfg_get_text_menu_object);
+  }
+  const XML_DIRECTORY_T& directory(const std::string& body) {
+    return show("Directory", "", body, cfg_destory_xml_browser_directory_object,
+                cfg_get_xml_browser_directory_object);
+  }
+  const XML_INPUT_SCREEN_T& input_screen(const std::string& body,
+                                         const std::string& attributes = "") {
+    return show("InputScreen", attributes, body, cfg_destory_xml_browser_input_screen_object,
+                cfg_get_xml_browser_input_screen_object);
+  }
+
+ private:
+  template <typename Screen>
+  const Screen& show(const std::string& type, const std::string& attributes,
+                     const std::string& body, int (*release)(), Screen* (*object)()) {
+    static const auto kNone = std::make_unique<Screen>();
+    release();
+    EXPECT_EQ(parse("<IPPhone" + type + " " + attributes + ">" + body + "</IPPhone" + type + ">"),
+              0);
+    EXPECT_NE(object(), nullptr);
+    return object() != nullptr ? *object() : *kNone;
+  }
+};
+
+TEST_F(XmlBrowser, EveryTypeHasASlotOfItsOwnUntilItIsReleased) {
+  EXPECT_EQ(cfg_get_text_menu_object(), nullptr);
+  ASSERT_EQ(parse(sample("text_menu.xml")), 0);
+  ASSERT_EQ(parse(sample("directory.xml")), 0);
+  EXPECT_EQ(cfg_get_remote_xml_type(), 3);
+  EXPECT_EQ(cfg_get_text_menu_object()->header.type, 1);
+  EXPECT_EQ(cfg_get_xml_browser_directory_object()->header.type, 3);
+
+  EXPECT_EQ(cfg_destory_text_menu_object(), 0);
+  EXPECT_EQ(cfg_get_text_menu_object(), nullptr);
+  EXPECT_EQ(cfg_get_remote_xml_type(), 3);
+
+  release_all();
+  forget_log();
+  EXPECT_EQ(cfg_destory_text_screen_object(), -1);
+  EXPECT_EQ(cfg_destory_text_menu_object(), -1);
+  EXPECT_EQ(cfg_destory_xml_browser_directory_object(), -1);
+  EXPECT_EQ(cfg_destory_xml_browser_input_screen_object(), -1);
+  EXPECT_EQ(cfg_destory_xml_browser_configuration_object(), -1);
+  EXPECT_EQ(log(),
+            (std::vector<std::string>{
+                "cfg_destory_text_screen_object failed: g_text_screen_object is NULL.",
+                "cfg_destory_text_menu_object failed: g_text_menu_object is NULL.",
+                "cfg_destory_xml_browser_directory_object failed: g_directory_object is NULL.",
+                "cfg_destory_xml_browser_input_screen_object failed: g_input_screen_object is "
+                "NULL.",
+                "cfg_destory_xml_browser_configuration_object failed: g_configuration_object is "
+                "NULL."}));
+}
+
+TEST_F(XmlBrowser, WhatIsNoDocumentLeavesTheObjectsAndNoType) {
+  ASSERT_EQ(parse(sample("text_screen.xml")), 0);
+  const XML_TEXT_SCREEN_T* shown = cfg_get_text_screen_object();
+
+  EXPECT_EQ(cfg_parse_remote_xml(nullptr), -1);
+  EXPECT_TRUE(logged("load file <NULL> fail!"));
+  EXPECT_EQ(cfg_parse_remote_xml(on_disk("/missing.xml").c_str()), -1);
+  EXPECT_TRUE(logged("load file <" + on_disk("/missing.xml") + "> fail!"));
+  EXPECT_EQ(cfg_parse_remote_xml(on_disk("/config").c_str()), -1);
+  for (const char* text :
+       {"", "<IPPhoneTextScreen>", "<IPPhoneTextScreen><Title></IPPhoneTextScreen>", "\xff\xfe\x01",
+        "<IPPhoneTextScreen style=x/>"}) {
+    forget_log();
+    EXPECT_EQ(parse(text), -1) << text;
+    EXPECT_TRUE(logged("load file <" + on_disk("/screen.xml") + "> fail!")) << text;
+    EXPECT_EQ(cfg_get_remote_xml_type(), 0) << text;
+  }
+  forget_log();
+  EXPECT_EQ(parse("<?xml version=\"1.0\"?><!-- nothing -->"), -1);
+  EXPECT_EQ(parse("<IPPhoneTextScreens/>"), 0);
+  EXPECT_EQ(log(), std::vector<std::string>());
+  EXPECT_EQ(cfg_get_remote_xml_type(), 0);
+  EXPECT_EQ(cfg_get_text_screen_object(), shown);
+}
+
+TEST_F(XmlBrowser, TheRootsAttributesFillTheHeader) {
+  const XML_TEXT_SCREEN_T& screen = text_screen(
+      "defaultIndex='7' style='s' Beep='2' wrapList='YES' Timeout='30' LockIn='yes' Next='n' "
+      "Previous='p' Selection='" +
+          std::string(600, 'x') +
+          "' Exit='e' InputType='i' "
+          "LocalData='yes' RollMode='yes' Dial='telephone1' Dial1='Telephone2'",
+      "");
+  XML_TEXT_SCREEN_T expected{};
+  XML_BROWSER_HEADER_T& header = expected.header;
+  header.type = 2;
+  header.defaultIndex = 7;
+  header.Beep = 2;
+  header.Timeout = 30;
+  header.wrapList = header.LockIn = header.LocalData = header.RollMode = 1;
+  header.Dial = header.Dial1 = 1;
+  put(header.style, "s");
+  put(header.Next, "n");
+  put(header.Previous, "p");
+  put(header.Selection, std::string(511, 'x'));
+  put(header.Exit, "e");
+  put(header.InputType, "i");
+  EXPECT_TRUE(same(screen, expected));
+}
+
+TEST_F(XmlBrowser, AbsentAndEmptyAttributesAndKeywordsHaveTheirNumbers) {
+  struct Case {
+    const char* attributes;
+    int index, beep, wrap, timeout, lock, dial, dial1;
+  };
+  for (const Case& c : {
+           Case{"", 0, 0, 0, -1, 0, 0, 0},
+           Case{"defaultIndex='' Beep='' wrapList='' Timeout='' LockIn='' Dial='' Dial1=''", 1, 0,
+                0, -1, 0, 0, 1},
+           Case{
+               "defaultIndex='-3' Beep='YES' wrapList='1' Timeout='0' LockIn='No' Dial='Telephone' "
+               "Dial1='telephone'",
+               -3, 1, 0, 0, 0, 0, 0},
+           Case{"Beep='NO' LockIn='on' Dial='x' Dial1='Telephone1'", 0, 0, 0, -1, 1, 0, 1},
+       }) {
+    const XML_BROWSER_HEADER_T& header = text_screen(c.attributes, "").header;
+    EXPECT_EQ(header.defaultIndex, c.index) << c.attributes;
+    EXPECT_EQ(header.Beep, c.beep) << c.attributes;
+    EXPECT_EQ(header.wrapList, c.wrap) << c.attributes;
+    EXPECT_EQ(header.Timeout, c.timeout) << c.attributes;
+    EXPECT_EQ(header.LockIn, c.lock) << c.attributes;
+    EXPECT_EQ(header.Dial, c.dial) << c.attributes;
+    EXPECT_EQ(header.Dial1, c.dial1) << c.attributes;
+  }
+}
+
+TEST_F(XmlBrowser, TitlesAreTrimmedAndCutAndThoseWithoutTextPassedOver) {
+  const auto title = [this](const std::string& body) {
+    return std::string(text_screen("", body).Title);
+  };
+  EXPECT_EQ(title("<TITLE>\t  Two words \r\n</TITLE>"), "Two words");
+  EXPECT_EQ(title("<Title>\v kept</Title>"), "kept");
+  EXPECT_EQ(title("<Title>" + std::string(100, 'a') + "</Title>"), std::string(63, 'a'));
+  EXPECT_EQ(title("<Title>" + std::string(60, 'a') + "   b</Title>"), std::string(60, 'a'));
+  EXPECT_EQ(title("<Title>one</Title><Title>two</Title><Title><![CDATA[ \n]]></Title><Title/>"),
+            "two");
+
+  const XML_TEXT_SCREEN_T& screen = text_screen(
+      "", "<Title wrap='yes'>t</Title><Title showlistcount='yes'> </Title><Title wrap='no'/>");
+  EXPECT_EQ(screen.wrap, 1);
+  EXPECT_EQ(screen.showlistcount, 0);
+
+  const XML_DIRECTORY_T& empty = directory("<Title>t</Title><Title wrap='yes'/>");
+  EXPECT_STREQ(empty.Title, "\r\n");
+  EXPECT_EQ(empty.wrap, 1);
+}
+
+TEST_F(XmlBrowser, SoftKeysOverwriteWhatTheyCarryAndKeepToTheirFourSlots) {
+  std::string body = "<Text>first</Text><Text/><text>" + std::string(300, 't') + "</text>";
+  body += "<SoftKey><Label>one</Label><URI>lost</URI></SoftKey>";
+  body += "<softkey index='1'><Label/><URI/></softkey>";
+  body += "<SoftKey index='4'><LABEL>four</LABEL><uri>v</uri><Other>x</Other></SoftKey>";
+  for (const char* index : {"0", "5", "", "-2147483648", "2147483647"}) {
+    body += "<SoftKey index='" + std::string(index) + "'><Label>x</Label></SoftKey>";
+  }
+  const XML_TEXT_SCREEN_T& screen = text_screen("", body);
+  XML_TEXT_SCREEN_T expected{};
+  expected.header.type = 2;
+  expected.header.Timeout = -1;
+  put(expected.Text, std::string(255, 't'));
+  put(expected.SoftKeys[0].Label, "one");
+  put(expected.SoftKeys[0].URI, std::string("\0ost", 4));
+  put(expected.SoftKeys[3].Label, "four");
+  put(expected.SoftKeys[3].URI, "v");
+  EXPECT_TRUE(same(screen, expected));
+}
+
+TEST_F(XmlBrowser, AMenuItemThatSpeaksOfAllBecomesTwo) {
+  const XML_TEXT_MENU_T& menu = text_menu(
+      "<Title showlistcount='yes'>t</Title>"
+      "<MenuItem LocalData='no'><Prompt>one</Prompt><URI>u</URI><Dial>d</Dial></MenuItem>"
+      "<MenuItem LocalData='yes'><Prompt DataID='line.All'>two</Prompt><Selection>s</Selection>"
+      "<DataID>All</DataID><Option text='t'>v</Option><Option>w</Option></MenuItem>"
+      "<SoftKey index='4'><Label>l</Label></SoftKey>",
+      "IsSimplified='yes' DivPosPix='120' CombineData='c'");
+  const auto expected = std::make_unique<XML_TEXT_MENU_T>();
+  expected->header.type = 1;
+  expected->header.Timeout = -1;
+  XML_TEXT_MENU_BLOCK_T& block = expected->header.block.menu;
+  block.LocalData[1] = block.LocalData[2] = block.IsSimplified = 1;
+  block.DivPosPix = 120;
+  put(block.CombineData, "c");
+  put(expected->Title, "t");
+  expected->showlistcount = 1;
+  expected->ItemCount = 3;
+  XML_MENU_ITEM_T* items = expected->Items;
+  put(items[0].Prompt, "one");
+  put(items[0].URI, "u");
+  put(items[0].Dial, "d");
+  put(items[1].Prompt, "two");
+  put(items[1].Selection, "s");
+  put(items[1].Options[0].text, "t");
+  put(items[1].Options[0].value, "v");
+  put(items[1].Options[1].value, "w");
+  items[2] = items[1];
+  put(items[1].PromptDataID, "line.01");
+  put(items[1].DataID, "01");
+  put(items[2].PromptDataID, "line.02");
+  put(items[2].DataID, "02");
+  put(expected->SoftKeys[3].Label, "l");
+  EXPECT_TRUE(same(menu, *expected));
+}
+
+TEST_F(XmlBrowser, AMenuHoldsThirtyItemsOfThirtyOptions) {
+  const std::string item = "<MenuItem><Prompt>p</Prompt></MenuItem>";
+  const std::string all = "<MenuItem LocalData='yes'><Prompt DataID='xAll'>p</Prompt></MenuItem>";
+  const XML_TEXT_MENU_T& full = text_menu(repeat(item, 29) + all + item);
+  EXPECT_EQ(full.ItemCount, 30);
+  EXPECT_STREQ(full.Items[29].PromptDataID, "x01");
+  EXPECT_EQ(full.header.block.menu.LocalData[29], 1);
+  EXPECT_EQ(full.header.block.menu.IsSimplified, 0);
+  EXPECT_STREQ(full.SoftKeys[0].Label, "");
+
+  const XML_TEXT_MENU_T& pair = text_menu(repeat(item, 28) + all + item);
+  EXPECT_EQ(pair.ItemCount, 30);
+  EXPECT_STREQ(pair.Items[28].PromptDataID, "x01");
+  EXPECT_STREQ(pair.Items[29].PromptDataID, "x02");
+
+  const XML_TEXT_MENU_T& options = text_menu(
+      "<MenuItem><Prompt>p</Prompt>" + repeat("<Option text='t'>123456789012</Option>", 31) +
+      "</MenuItem><MenuItem><Prompt>q</Prompt><DataID>AllAll</DataID></MenuItem>");
+  EXPECT_EQ(options.ItemCount, 2);
+  EXPECT_STREQ(options.Items[0].Options[29].value, "12345678901");
+  EXPECT_STREQ(options.Items[1].Prompt, "q");
+  EXPECT_STREQ(options.Items[1].DataID, "0101");
+}
+
+TEST_F(XmlBrowser, AnItemWithoutAPromptDoesNotCountAndLeavesNothing) {
+  const XML_TEXT_MENU_T& menu = text_menu(
+      "<MenuItem LocalData='yes'><URI>lost</URI><Prompt DataID='All'/><Option>1</Option></MenuItem>"
+      "<MenuItem LocalData='no'><Prompt>kept</Prompt></MenuItem>",
+      "IsSimplified='yes'");
+  const auto expected = std::make_unique<XML_TEXT_MENU_T>();
+  expected->header.type = 1;
+  expected->header.Timeout = -1;
+  expected->header.block.menu.IsSimplified = 1;
+  expected->ItemCount = 1;
+  put(expected->Items[0].Prompt, "kept");
+  EXPECT_TRUE(same(menu, *expected));
+}
+
+TEST_F(XmlBrowser, ADirectoryListsNamesNumbersAndPresence) {
+  const XML_DIRECTORY_T& shown = directory(
+      "<DirectoryEntry><Name>Ann</Name><Telephone>1</Telephone><Telephone1>2</Telephone1>"
+      "<Presence>Busy&amp;Ringing</Presence><URI>u</URI><Selection>s</Selection></DirectoryEntry>"
+      "<MenuItem><Telephone>lost</Telephone><Presence>dnd</Presence><Name/></MenuItem>"
+      "<menuitem><Prompt>Bob</Prompt><Presence>asleep</Presence></menuitem>");
+  const auto expected = std::make_unique<XML_DIRECTORY_T>();
+  expected->header.type = 3;
+  expected->header.Timeout = -1;
+  expected->EntryCount = 2;
+  put(expected->Entries[0].Name, "Ann");
+  put(expected->Entries[0].Telephone, "1");
+  put(expected->Entries[0].Telephone1, "2");
+  put(expected->Entries[0].Presence, "Busy&Ringing");
+  expected->Entries[0].PresenceState = 7;
+  put(expected->Entries[0].URI, "u");
+  put(expected->Entries[0].Selection, "s");
+  put(expected->Entries[1].Name, "Bob");
+  put(expected->Entries[1].Presence, "asleep");
+  EXPECT_TRUE(same(shown, *expected));
+
+  const char* const kTexts[] = {"",        "offline", "DND",         "online",   "Away",
+                                "ringing", "busy",    "busyringing", "outgoing", "misscall"};
+  for (int state = 0; state < 10; ++state) {
+    EXPECT_EQ(directory("<MenuItem><Name>n</Name><Presence>" + std::string(kTexts[state]) +
+                        "</Presence></MenuItem>")
+                  .Entries[0]
+                  .PresenceState,
+              state);
+  }
+}
+
+TEST_F(XmlBrowser, ADirectoryHoldsFiveHundredEntries) {
+  ASSERT_EQ(parse(sample("company_directory.xml")), 0);
+  EXPECT_EQ(cfg_get_xml_browser_directory_object()->EntryCount, 300);
+  EXPECT_STREQ(cfg_get_xml_browser_directory_object()->Entries[299].Telephone, "3299");
+
+  const XML_DIRECTORY_T& full =
+      directory(repeat("<MenuItem><Name>n</Name></MenuItem>", 500) +
+                "<MenuItem><Name>x</Name></MenuItem><SoftKey><Label>l</Label></SoftKey>");
+  EXPECT_EQ(full.EntryCount, 500);
+  EXPECT_STREQ(full.Entries[499].Name, "n");
+  EXPECT_STREQ(full.SoftKeys[0].Label, "l");
+}
+
+TEST_F(XmlBrowser, ElementNamesComeFromTheConfigurationAndStandBesideTheFixedOnes) {
+  const std::string menu =
+      "<AcmeTextMenu><Line><Words>a</Words><Dial>b</Dial></Line>"
+      "<MenuItem><Prompt>c</Prompt><URI>d</URI></MenuItem></AcmeTextMenu>";
+  set_item(46, 0, "Acme");
+  set_item(46, 1, "LINE");
+  set_item(46, 3, "words");
+  set_item(46, 4, "Dial");
+  EXPECT_EQ(parse(sample("text_menu.xml")), 0);
+  EXPECT_EQ(cfg_get_remote_xml_type(), 0);
+  ASSERT_EQ(parse(menu), 0);
+  ASSERT_EQ(cfg_get_remote_xml_type(), 1);
+  const XML_TEXT_MENU_T& shown = *cfg_get_text_menu_object();
+  EXPECT_EQ(shown.ItemCount, 2);
+  EXPECT_STREQ(shown.Items[0].Prompt, "a");
+  EXPECT_STREQ(shown.Items[0].URI, "b");
+  EXPECT_STREQ(shown.Items[0].Dial, "");
+  EXPECT_STREQ(shown.Items[1].URI, "d");
+
+  set_item(46, 0, std::string(70, 'p'));
+  EXPECT_EQ(parse("<" + std::string(63, 'P') + "/>"), 0);
+  EXPECT_EQ(cfg_get_remote_xml_type(), 2);
+
+  set_item(46, 0, "");
+  set_item(46, 2, "Person");
+  set_item(46, 5, "Who");
+  set_item(46, 6, "Number");
+  set_item(46, 7, "State");
+  ASSERT_EQ(parse("<Directory><MenuItem><Who>x</Who></MenuItem><Person><Prompt>x</Prompt></Person>"
+                  "<Person><Who>y</Who><Number>1</Number><State>dnd</State></Person>"
+                  "<DirectoryEntry><Name>z</Name></DirectoryEntry></Directory>"),
+            0);
+  const XML_DIRECTORY_T& people = *cfg_get_xml_browser_directory_object();
+  ASSERT_EQ(people.EntryCount, 2);
+  EXPECT_STREQ(people.Entries[0].Name, "y");
+  EXPECT_STREQ(people.Entries[0].Telephone, "1");
+  EXPECT_EQ(people.Entries[0].PresenceState, 2);
+}
+
+TEST_F(XmlBrowser, TheRootOfAnInputScreenIsItsFirstField) {
+  const XML_INPUT_SCREEN_T& screen = input_screen(
+      "<Title>t</Title><Prompt>p0</Prompt><Parameter emptyable='yes'>a0</Parameter>"
+      "<Option>-</Option>"
+      "<InputField type='combox' editable='no' min='1' max='2' step='3' startodot='yes' "
+      "CombineData='x'><Prompt>p1</Prompt><Title>x</Title><Option text='t'>v</Option>"
+      "<InputField><Prompt>x</Prompt></InputField></InputField>"
+      "<SoftKey><Label>l</Label></SoftKey>"
+      "<Default>d1</Default><Option>w</Option><DataID>i1</DataID><URL>u1</URL>",
+      "type='Edit' password='' is_interger='YES' startodot='yes' CombineData='c' SaveNext='s' "
+      "DivPosPix='9'");
+  const auto expected = std::make_unique<XML_INPUT_SCREEN_T>();
+  expected->header.type = 4;
+  expected->header.Timeout = -1;
+  XML_INPUT_SCREEN_BLOCK_T& block = expected->header.block.input;
+  block.type[0] = -1;
+  block.password[0] = block.is_interger[0] = block.emptyable[0] = 1;
+  block.DivPosPix = 9;
+  put(block.CombineData, "c");
+  put(block.SaveNext, "s");
+  block.type[1] = block.min[1] = block.startodot[1] = 1;
+  block.max[1] = 2;
+  block.step[1] = 3;
+  put(expected->Title, "t");
+  expected->FieldCount = 2;
+  put(expected->Fields[0].Prompt, "p0");
+  put(expected->Fields[0].Parameter, "a0");
+  put(expected->Fields[0].Options[0].value, "-");
+  XML_INPUT_FIELD_T& last = expected->Fields[1];
+  put(last.Prompt, "p1");
+  put(last.Default, "d1");
+  put(last.DataID, "i1");
+  put(last.URL, "u1");
+  put(last.Options[0].text, "t");
+  put(last.Options[0].value, "v");
+  put(last.Options[1].value, "w");
+  put(expected->SoftKeys[0].Label, "l");
+  EXPECT_TRUE(same(screen, *expected));
+  EXPECT_EQ(input_screen("").FieldCount, 1);
+}
+
+TEST_F(XmlBrowser, AnInputScreenEndsAtTwentyFieldsButForItsSoftKeys) {
+  const XML_INPUT_SCREEN_T& screen =
+      input_screen("<Title>early</Title>" + repeat("<InputField type='time'/>", 25) +
+                   "<Title>late</Title><Prompt>late</Prompt><SoftKey><Label>l</Label></SoftKey>");
+  EXPECT_EQ(screen.FieldCount, 20);
+  EXPECT_EQ(screen.header.block.input.type[19], 4);
+  EXPECT_STREQ(screen.Title, "early");
+  EXPECT_STREQ(screen.Fields[19].Prompt, "");
+  EXPECT_STREQ(screen.SoftKeys[0].Label, "l");
+}
+
+TEST_F(XmlBrowser, OptionsAreTakenCountedOutOrDoubled) {
+  struct Case {
+    const char* attributes;
+    std::string body;
+    int count;
+    const char *first_value, *last_value, *last_text;
+  };
+  const std::string option = "<Option text='t'>v</Option>";
+  const std::string all = "<Option text='Line All'>v</Option>";
+  for (const Case& c : {
+           Case{"", repeat(option, 31), 30, "v", "v", "t"},
+           Case{"is_interger='yes' min='1' max='5' step='2'", option, 3, "1", "5", "5"},
+           Case{"is_interger='yes' min='1' max='1' step='9'", option + option, 2, "1", "1", "1"},
+           Case{"is_interger='yes' min='5' max='1' step='2'", all + option, 1, "v", "v", "t"},
+           Case{"is_interger='yes' max='9'", all, 2, "1", "2", "Line 2"},
+           Case{"is_interger='no' max='9' step='1'", option + all, 3, "v", "2", "Line 2"},
+           Case{"", repeat(option, 29) + all, 30, "v", "1", "Line 1"},
+           Case{"is_interger='yes' min='-2147483648' max='2147483647' step='2147483647'", option, 3,
+                "-2147483648", "2147483646", "2147483646"},
+           Case{"is_interger='yes' max='2147483647' step='1'", option, 30, "0", "29", "29"},
+           Case{"is_interger='yes' max='5' step='-1'", option, 30, "0", "-29", "-29"},
+           Case{"is_interger='yes' step='-2147483648'", option, 2, "0", "-2147483648",
+                "-2147483648"},
+       }) {
+    const XML_INPUT_SCREEN_T& screen = input_screen(c.body, c.attributes);
+    const XML_INPUT_FIELD_T& field = screen.Fields[0];
+    int count = 0;
+    while (count < 30 && field.Options[count].value[0] != '\0') ++count;
+    ASSERT_EQ(count, c.count) << c.attributes;
+    EXPECT_STREQ(field.Options[0].value, c.first_value) << c.attributes;
+    EXPECT_STREQ(field.Options[count - 1].value, c.last_value) << c.attributes;
+    EXPECT_STREQ(field.Options[count - 1].text, c.last_text) << c.attributes;
+    EXPECT_STREQ(screen.Fields[1].Prompt, "") << c.attributes;  // what lies behind the options
+  }
+}
+
+TEST_F(XmlBrowser, AConfigurationFillsThreeKeysByNumber) {
+  const auto key = [](const std::string& name, const std::string& body) {
+    return "<" + name + ">" + body + "</" + name.substr(0, name.find(' ')) + ">";
+  };
+  std::string text = key("DssKey any='1' index='3'",
+                         "<Type>123456789012</Type><Label>l</Label><Param1>a</Param1>"
+                         "<Param2>b</Param2><Param3>c</Param3><label>x</label>") +
+                     key("LineKey n='1'", "<Label>second</Label>") +
+                     key("DssKey n='2'", "<Label/><Type>t</Type>") +
+                     key("LineKey n='2'", "<Param1>last</Param1>");
+  for (const char* nothing :
+       {"DssKey n='0'", "DssKey n='4'", "LineKey n='-1'", "LineKey n='3'", "DssKey", "ExtKey n='1'",
+        "dsskey n='1'", "DssKey n='-2147483648'", "LineKey n='2147483647'"}) {
+    text += key(nothing, "<Label>x</Label>");
+  }
+  ASSERT_EQ(parse("<IPPhoneConfiguration>" + text + "</IPPhoneConfiguration>"), 0);
+  XML_CONFIGURATION_T expected{};
+  expected.header.type = 5;
+  expected.header.Timeout = -1;
+  put(expected.Keys[0].Type, "12345678901");
+  put(expected.Keys[0].Label, "l");
+  put(expected.Keys[0].Param1, "a");
+  put(expected.Keys[0].Param2, "b");
+  put(expected.Keys[0].Param3, "c");
+  put(expected.Keys[1].Label, std::string("\0econd", 6));
+  put(expected.Keys[1].Type, "t");
+  put(expected.Keys[2].Param1, "last");
+  EXPECT_TRUE(same(*cfg_get_xml_browser_configuration_object(), expected));
+}
+
+TEST_F(XmlBrowser, TheCacheKeepsTheFactoryDocumentsWithTheDefaultNames) {
+  EXPECT_EQ(cfg_load_local_xml_file_cache(), -1);
+  EXPECT_TRUE(logged("Open file path </app/factory/Static/XMLBrowser/> fail!\n"));
+
+  const std::string document = kFolder + std::string("menu.xml");
+  std::filesystem::create_directories(on_disk(kFolder + std::string("folder")));
+  EXPECT_EQ(cfg_load_local_xml_file_cache(), 0);
+  write(
+      document,
+      "<IPPhoneTextMenu><MenuItem><Prompt>a&#32;\r\n\rb</Prompt>\r</MenuItem></IPPhoneTextMenu>\r");
+  write(kFolder + std::string(".hidden.xml"), sample("directory.xml"));
+  write(kFolder + std::string("empty.xml"), "");
+  write(kFolder + std::string("nul.xml"), std::string("<IPPhoneDirectory/>\0<", 21));
+  write(kFolder + std::string("broken.xml"), "<IPPhoneTextMenu>");
+  std::filesystem::create_symlink("nowhere", on_disk(kFolder + std::string("dangling.xml")));
+  EXPECT_EQ(cfg_load_local_xml_file_cache(), 0);  // read now: an empty cache is not a loaded one
+  set_item(46, 0, "Acme");
+  set_item(46, 3, "Acme");
+  for (const char* name : {"menu.xml", "nul.xml", "broken.xml", ".hidden.xml"}) {
+    std::filesystem::remove(on_disk(kFolder + std::string(name)));
+  }
+  EXPECT_EQ(cfg_load_local_xml_file_cache(), 0);
+
+  forget_log();
+  EXPECT_EQ(cfg_parse_remote_xml(document.c_str()), 0);
+  ASSERT_EQ(cfg_get_remote_xml_type(), 1);
+  EXPECT_STREQ(cfg_get_text_menu_object()->Items[0].Prompt, "a \n\nb");
+  ASSERT_EQ(log().size(), 1U);
+  EXPECT_NE(log()[0].find(" " + document + " " + document + " ===================cache file found"),
+            std::string::npos);
+  EXPECT_EQ(cfg_parse_remote_xml((kFolder + std::string("nul.xml")).c_str()), 0);
+  EXPECT_EQ(cfg_get_remote_xml_type(), 3);
+
+  forget_log();
+  EXPECT_EQ(cfg_parse_remote_xml((kFolder + std::string("empty.xml")).c_str()), -1);
+  EXPECT_EQ(cfg_parse_remote_xml((kFolder + std::string("broken.xml")).c_str()), -1);
+  EXPECT_EQ(log().size(), 2U);  // found in the cache both times; nothing says that they failed
+  EXPECT_EQ(cfg_parse_remote_xml((kFolder + std::string(".hidden.xml")).c_str()), -1);
+
+  EXPECT_EQ(cfg_free_local_xml_file_cache(), 0);
+  EXPECT_EQ(cfg_free_local_xml_file_cache(), 0);
+  EXPECT_EQ(cfg_parse_remote_xml(document.c_str()), -1);
+}
+
+TEST_F(XmlBrowser, ALongNameIsNotFoundInTheCacheButLoads) {
+  const std::string path = kFolder + std::string(40, 'n');
+  write(path, "<IPPhoneTextScreen/>");
+  ASSERT_EQ(cfg_load_local_xml_file_cache(), 0);
+  EXPECT_EQ(cfg_parse_remote_xml(path.c_str()), 0);
+  EXPECT_EQ(cfg_get_remote_xml_type(), 2);
+  EXPECT_EQ(cfg_parse_remote_xml(path.substr(0, 63).c_str()), 0);
+  std::filesystem::remove(on_disk(path));
+  EXPECT_EQ(cfg_parse_remote_xml(path.c_str()), -1);
+}
+
+TEST_F(XmlBrowser, SubstitutionReplacesEveryOccurrenceWithinTheCapacity) {
+  struct Case {
+    const char *text, *old_text, *new_text, *result;
+  };
+  for (const Case& c : {
+           Case{"lineAll", "All", "01", "line01"},
+           Case{"AllAllAl", "All", "1", "11Al"},
+           Case{"Alphabet", "All", "01", "Alphabet"},
+           Case{"aaa", "aa", "b", "ba"},
+           Case{"abc", "b", "12345678901234567890", "a12345678901234"},
+           Case{"abc", "abc", "", ""},
+           Case{"", "x", "yy", ""},
+       }) {
+    char text[16] = {};
+    put(text, c.text);
+    EXPECT_EQ(xmlbrowser_str_replace(text, sizeof text, c.old_text, c.new_text), 0);
+    EXPECT_STREQ(text, c.result);
+  }
+  char text[16] = "kept";
+  EXPECT_EQ(xmlbrowser_str_replace(nullptr, 16, "k", "x"), -1);
+  EXPECT_EQ(xmlbrowser_str_replace(text, 16, nullptr, "x"), -1);
+  EXPECT_EQ(xmlbrowser_str_replace(text, 16, "k", nullptr), -1);
+  EXPECT_EQ(xmlbrowser_str_replace(text, 16, "", "x"), -1);
+  EXPECT_EQ(xmlbrowser_str_replace(text, 0, "k", "x"), -1);
+  EXPECT_STREQ(text, "kept");
+}
+
+TEST_F(XmlBrowser, HostileDocumentsAreCutOrRefused) {
+  const std::string megabyte(1 << 20, 'm');
+  EXPECT_STREQ(text_screen("Selection='" + megabyte + "'",
+                           "<Title>" + megabyte + "</Title><Text>" + megabyte + "</Text>")
+                   .Text,
+               std::string(255, 'm').c_str());
+  EXPECT_EQ(text_menu(repeat("<MenuItem/>", 10000) +
+                      repeat("<MenuItem><Prompt>p</Prompt></MenuItem>", 10000))
+                .ItemCount,
+            30);
+  EXPECT_STREQ(input_screen(repeat("<Option text='All'/>", 10000)).Fields[0].Options[29].text, "2");
+  EXPECT_EQ(directory(repeat("<MenuItem/>", 90000)).EntryCount, 0);
+
+  EXPECT_EQ(parse("<IPPhoneTextScreen>" + repeat("<a>", 10000) + repeat("</a>", 10000) +
+                  "</IPPhoneTextScreen>"),
+            -1);
+  EXPECT_EQ(cfg_get_remote_xml_type(), 0);
+}
+
+/// Both cost the XML library time that grows with the square of their number.
+TEST_F(XmlBrowser, ManyAttributesAndLooseReferencesAreRefused) {
+  const auto with_attributes = [](int count) {
+    std::string text = "<?x <a '?><IPPhoneTextScreen><!-- <a '-->";
+    text += "<![CDATA[<b \" ]]><c a='>'>" + repeat("<d e='>'>x='</d>", 1200) + "</c><f";
+    for (int i = 0; i < count; ++i) text += " a" + std::to_string(i) + "='\"'";
+    return text + "/></IPPhoneTextScreen>";
+  };
+  EXPECT_EQ(parse(with_attributes(1000)), 0);
+  EXPECT_EQ(parse(with_attributes(1001)), -1);
+  EXPECT_EQ(parse(with_attributes(150000)), -1);
+
+  const auto with_references = [](int loose) {
+    return "<IPPhoneTextScreen><Text>" + repeat("&#65;&#x41;", 2000) + repeat("&#x ", loose) +
+           std::string(20, ' ') + "</Text></IPPhoneTextScreen>";
+  };
+  EXPECT_EQ(parse(with_references(1000)), 0);
+  EXPECT_EQ(parse(with_references(1001)), -1);
+}
+
+}  // namespace

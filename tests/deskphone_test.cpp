@@ -155,7 +155,7 @@ TEST_F(Deskphone, ImportAddsAndUploadReplaces) {
   const std::string file = std::string(CFGXML_SAMPLES) + "/import/new-colleagues.xml";
   EXPECT_EQ(
       listed("contacts import " + file),
-      (json{{"added", 3}, {"no_name", 0}, {"name_used", 1}, {"no_group", 0}, {"no_room", 0}}));
+      (json{{"added", 3}, {"name_used", 1}, {"no_name", 0}, {"no_group", 0}, {"no_room", 0}}));
   EXPECT_EQ(listed("contacts search Nygård")[0]["group"], "Support");
   EXPECT_EQ(listed("contacts upload " + file), (json{{"contacts", 4}}));
   EXPECT_EQ(listed("contacts list").size(), 4U);
@@ -228,6 +228,45 @@ TEST_F(Deskphone, ScreensAreDrawnListedOrRefusedWithTheLineOfTheFault) {
   expect_refused("screen " + path("other.xml"), "its root element is Note");
   expect_refused("screen " + path("none.xml"), "none.xml can not be read");
   expect_refused("screen --cached none.xml", "Emergency.xml, Forwarding.xml, Services.xml");
+}
+
+TEST_F(Deskphone, ACsvFileIsAddedRowByRowAndComesBackFromAnExport) {
+  const std::string samples = std::string(CFGXML_SAMPLES) + "/import/";
+  EXPECT_EQ(listed("contacts check " + samples + "customers.csv")["contacts"], 20);
+  EXPECT_EQ(
+      listed("contacts import " + samples + "customers.csv"),
+      (json{{"added", 18}, {"name_used", 2}, {"no_name", 0}, {"no_group", 0}, {"no_room", 0}}));
+  write(path("more.csv"), "FN\n,\nNew one,,,,,,,,,,,,,,,,,,,No room,,,,,END\n");
+  EXPECT_EQ(
+      listed("contacts import " + path("more.csv")),
+      (json{{"added", 0}, {"name_used", 0}, {"no_name", 1}, {"no_group", 1}, {"no_room", 0}}));
+
+  const Outcome out = run("contacts export " + path("out.csv"));
+  EXPECT_EQ(out.out, "Exported 138 contacts to " + path("out.csv") + ".\n");
+  EXPECT_NE(out.error.find("A comma stands in 27 rows"), std::string::npos) << out.error;
+  EXPECT_EQ(listed("contacts upload " + path("out.csv")), (json{{"contacts", 138}}));
+  EXPECT_EQ(listed("groups list").size(), 6u);
+
+  listed("contacts community " + path("out.csv") + " " + path("out.xml"));
+  EXPECT_EQ(listed("contacts check " + path("out.xml"))["contacts"], 138);
+}
+
+TEST_F(Deskphone, DirectoryPagesStayAndAreFoundFromTheKeypad) {
+  const std::string pages = std::string(CFGXML_SAMPLES) + "/directory/";
+  expect_refused("directory list", "Load it first");
+  EXPECT_EQ(listed("directory load " + pages + "enterprise-?.xml"),
+            (json{{"pages", 3}, {"entries", 21}, {"total", 21}}));
+  expect_refused("directory load " + pages + "../import/new-colleagues.xml", "is no page");
+  EXPECT_EQ(listed("directory list").size(), 21u);
+  EXPECT_EQ(listed("directory search Fischer")[0], listed("directory show 3"));
+  expect_refused("directory show 21", "no entry 21");
+
+  EXPECT_NE(run("directory simple 5 " + pages + "group-1.xml").error.find("more pages remain"),
+            std::string::npos);
+  listed("directory simple 5 " + pages + "group-common-?.xml");
+  const json hits = listed("keys 732");
+  EXPECT_EQ(hits.back()["book"], "directory 5");
+  EXPECT_EQ(hits.back()["name"], "Security & gate ");
 }
 
 }  // namespace

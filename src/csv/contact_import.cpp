@@ -84,8 +84,9 @@ class ContactImport : public Rows {
     group_ = phonebook::find_group(list_, contact().Group);
   }
 
-  /// Makes the row's group in the next free slot. The last one is kept for "Default" until the
-  /// import has made that group or the host's list has one: then it is made instead.
+  /// Makes the row's group in the next free slot. While neither this import has made "Default" nor
+  /// the host's list has it, the last slot is kept: the row that asks for it gets "Default" made
+  /// there, and is dropped.
   bool add_group(const char* name) {
     const int id = Groups(list_.Groups).next_id();
     const bool keeps_last = id >= CFGXML_GROUP_CAPACITY && !default_made_ &&
@@ -116,8 +117,7 @@ class ContactImport : public Rows {
   bool group_refused_ = false;
   bool over_full_ = false;
 
-  // The row being read. Its group is the only slot of that name; a row that is dropped because its
-  // group found no place has none.
+  // The row being read. Its group is the one slot of that name, or nullptr while there is none.
   GROUP_DATA_T* group_ = nullptr;
   bool dropped_ = false;
 };

@@ -2,6 +2,7 @@
 
 #include <cfgxml/host.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "host.h"
@@ -38,7 +39,7 @@ int Saver::post(int code) {
   for (const SaveCode known : kCodes) {
     if (code != static_cast<int>(known)) continue;
     const std::lock_guard<std::mutex> hold(mutex_);
-    outstanding_.insert(known);
+    note(known);
     if (observer_) observer_(code);
     changed_.notify_all();
     return 0;
@@ -51,7 +52,7 @@ bool Saver::write_if_outstanding(SaveCode code) {
   if (!take(code) || write_(code) == 0) return true;
   rl_log_err("the file with the save code %d can not be written.", static_cast<int>(code));
   const std::lock_guard<std::mutex> hold(mutex_);
-  outstanding_.insert(code);
+  note(code);
   return false;
 }
 
@@ -80,13 +81,28 @@ void Saver::run(Milliseconds pause) {
 
 bool Saver::write_outstanding() {
   bool written = true;
-  for (const SaveCode code : kCodes) written = write_if_outstanding(code) && written;
+  for (const SaveCode code : newest_first()) written = write_if_outstanding(code) && written;
   return written;
+}
+
+std::vector<SaveCode> Saver::newest_first() {
+  const std::lock_guard<std::mutex> hold(mutex_);
+  return {outstanding_.rbegin(), outstanding_.rend()};
+}
+
+/// Makes the kind the newest one outstanding; with mutex_ held.
+void Saver::note(SaveCode code) {
+  outstanding_.erase(std::remove(outstanding_.begin(), outstanding_.end(), code),
+                     outstanding_.end());
+  outstanding_.push_back(code);
 }
 
 bool Saver::take(SaveCode code) {
   const std::lock_guard<std::mutex> hold(mutex_);
-  return outstanding_.erase(code) > 0;
+  const auto place = std::find(outstanding_.begin(), outstanding_.end(), code);
+  if (place == outstanding_.end()) return false;
+  outstanding_.erase(place);
+  return true;
 }
 
 }  // namespace host

@@ -1,13 +1,18 @@
 // Deferred saving: collects the save codes that changes post, and writes each kind once, a short
 // while after the first of them.
+//
+// The kind that was posted last is written first. A move between contacts and blacklist posts the
+// list that lost the record before the one that gained it, so that a cut between the two writes
+// leaves the record in both files, never in none.
 #pragma once
 
 #include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
-#include <set>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace host {
 
@@ -48,7 +53,9 @@ class Saver {
 
  private:
   void run(Milliseconds pause);
+  void note(SaveCode code);
   bool write_outstanding();
+  std::vector<SaveCode> newest_first();
   bool take(SaveCode code);
 
   Write write_;
@@ -56,7 +63,8 @@ class Saver {
   std::thread thread_;  // guarded by control_
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::set<SaveCode> outstanding_;  // guarded by mutex_, as are the following
+  std::vector<SaveCode> outstanding_;  // each once, the newest last; guarded by mutex_, as are the
+                                       // following
   bool stopping_ = false;
   Observer observer_;
 };

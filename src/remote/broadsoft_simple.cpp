@@ -3,7 +3,6 @@
 #include <cfgxml/host.h>
 #include <cfgxml/search.h>
 
-#include <cstdio>
 #include <utility>
 
 #include "remote/broadsoft_page.h"
@@ -41,7 +40,9 @@ void fill(CONTACT_SUMMARY_T& contact, const tinyxml2::XMLElement& entry, std::in
       copy_text(contact.OtherNumber, text);
     }
   }
-  std::snprintf(contact.DisplayName, sizeof contact.DisplayName, "%s %s", first_name, last_name);
+  copy_text(contact.DisplayName, first_name);
+  append_text(contact.DisplayName, " ");
+  append_text(contact.DisplayName, last_name);
 }
 
 /// Counts the page, or, when it was the last one, gives every record its position.

@@ -14,6 +14,12 @@ void copy_text(char (&field)[Capacity], const char* text) {
   rl_strcpy_s(field, Capacity, text);
 }
 
+/// Appends a text, cut to what is left of the field's capacity.
+template <std::size_t Capacity>
+void append_text(char (&field)[Capacity], const char* text) {
+  rl_strcat_s(field, Capacity, text);
+}
+
 inline bool is_empty(const char* text) { return text == nullptr || rl_str_isempty(text) != 0; }
 
 /// Byte order; NULL stands for an empty text.

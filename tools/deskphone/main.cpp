@@ -1,9 +1,11 @@
 // deskphone: the phone on the command line.
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <exception>
+#include <system_error>
 
 #include "commands.h"
 #include "failure.h"
@@ -72,7 +74,15 @@ int run(int argc, char** argv) {
     app.exit(error);
     return kWrongUsage;
   }
+  if (std::fflush(stdout) != 0) {
+    throw std::system_error(errno, std::generic_category(), "The output can not be written");
+  }
   return 0;
+}
+
+/// A reader that has seen enough ("| head") is no news.
+void report(const std::system_error& error) {
+  if (error.code() != std::errc::broken_pipe) remark(error.what());
 }
 
 }  // namespace
@@ -82,9 +92,11 @@ int main(int argc, char** argv) {
   std::setlocale(LC_CTYPE, "C.UTF-8");
   try {
     return deskphone::run(argc, argv);
+  } catch (const std::system_error& error) {
+    deskphone::report(error);
   } catch (const std::exception& failure) {
     std::fflush(stdout);
     deskphone::remark(failure.what());
-    return deskphone::kFailed;
   }
+  return deskphone::kFailed;
 }

@@ -44,6 +44,7 @@ void watch() {
 void hold_signals() {
   const sigset_t signals = watched_signals();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
 }
 
 void watch_signals() { watcher = std::thread(watch); }

@@ -4,7 +4,7 @@
 namespace deskphone {
 
 /// Holds the signals back in this thread and those it starts later; call it before any other thread
-/// exists.
+/// exists. A reader of standard output that goes away is a write error from then on, no signal.
 void hold_signals();
 
 /// Starts and ends the thread that waits for a signal. It writes what is outstanding, puts the

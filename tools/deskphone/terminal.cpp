@@ -1,6 +1,7 @@
 #include "terminal.h"
 
 #include <fmt/format.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -15,8 +16,30 @@ namespace {
 
 constexpr char kClearScreen[] = "\033[H\033[2J";
 
+constexpr int kEscape = 27;
+
 std::mutex saved_mutex;
 std::optional<termios> saved;  // guarded by saved_mutex
+
+int read_byte() {
+  unsigned char byte = 0;
+  return ::read(STDIN_FILENO, &byte, 1) == 1 ? byte : -1;
+}
+
+/// True when the terminal sends more at once, as it does for a cursor or function key.
+bool more_is_waiting() {
+  constexpr int kMilliseconds = 20;
+  pollfd input = {STDIN_FILENO, POLLIN, 0};
+  return ::poll(&input, 1, kMilliseconds) > 0;
+}
+
+/// Reads the rest of what a cursor or function key sends: "[" or "O", and on to a letter or "~".
+void skip_sequence() {
+  const int first = read_byte();
+  if (first != '[' && first != 'O') return;
+  int byte = read_byte();
+  while (byte != -1 && (byte < '@' || byte > '~')) byte = read_byte();
+}
 
 }  // namespace
 
@@ -40,8 +63,10 @@ void RawTerminal::restore() {
 }
 
 int read_key() {
-  unsigned char key = 0;
-  return ::read(STDIN_FILENO, &key, 1) == 1 ? key : -1;
+  const int byte = read_byte();
+  if (byte != kEscape || !more_is_waiting()) return byte;
+  skip_sequence();
+  return kEscape;
 }
 
 bool draws_screens() {

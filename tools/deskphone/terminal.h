@@ -18,7 +18,8 @@ class RawTerminal {
   static void restore();
 };
 
-/// The next byte of standard input, or -1 at its end.
+/// The next byte of standard input, or -1 at its end. What a cursor or function key sends counts as
+/// one escape character.
 int read_key();
 
 /// True when standard output is a terminal that understands cursor commands.

@@ -170,7 +170,7 @@ constexpr TourStep kSteps[] = {
 
 /// Copies the profile, with the sample books in the place of remote books that it does not have.
 void copy_profile(const fs::path& root, const fs::path& copy) {
-  { const Profile filled(root); }
+  const Profile original(root);
   for (const char* folder : {"config", "tmp", "app"}) {
     if (fs::exists(root / folder)) {
       fs::copy(root / folder, copy / folder, fs::copy_options::recursive);

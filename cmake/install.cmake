@@ -32,6 +32,7 @@ if(CFGXML_BUILD_HOST)
 endif()
 
 set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL library dev tools)
 set(CPACK_PACKAGE_CONTACT "cfgxml developers <developers@cfgxml.example>")
@@ -60,7 +61,7 @@ set(CPACK_DEBIAN_DEV_DESCRIPTION "data plug-in of a desk phone - development fil
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME cfgxml-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS
-  "libcfgxml1 ${same_version}, ${runtime}, libfmt9, libspdlog1.10")
+  "libcfgxml1 ${same_version}, ${runtime}, libfmt9, libspdlog1.10, libtinyxml2-9")
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "data plug-in of a desk phone - command-line phone
  Loads the plug-in as a phone does and drives it from the command line.")
 # The library's package tells the linker about it, and other packages whom to depend on.

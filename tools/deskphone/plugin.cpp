@@ -6,20 +6,25 @@
 #include <cstdlib>
 
 #include "failure.h"
-#include "profile.h"
 
 namespace deskphone {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr char kLibrary[] = "libcfgxml.so";
+/// Without a folder: the dynamic linker looks for it where this program's run path says, which is
+/// the build folder or, when installed, the library folder beside the program's, and then where the
+/// system's libraries are.
+constexpr char kLibrary[] = "libcfgxml.so.1";
 
 }  // namespace
 
 Plugin::Plugin(const fs::path& file) : file_(file), library_(::dlopen(file.c_str(), RTLD_NOW)) {
   if (library_ == nullptr) {
-    throw Failure(fmt::format("The plug-in {} can not be loaded: {}.", file.string(), ::dlerror()));
+    throw Failure(fmt::format(
+        "The plug-in can not be loaded: {}. Build or install it, or set DESKPHONE_PLUGIN "
+        "to where it is.",
+        ::dlerror()));
   }
 }
 
@@ -32,16 +37,8 @@ void* Plugin::symbol(const char* name) const {
 }
 
 fs::path Plugin::find() {
-  if (const char* chosen = std::getenv("DESKPHONE_PLUGIN")) return chosen;
-  const fs::path here = program_file().parent_path();
-  const fs::path candidates[] = {here / kLibrary, here / ".." / "lib" / kLibrary, CFGXML_LIBRARY};
-  for (const fs::path& candidate : candidates) {
-    if (fs::exists(candidate)) return candidate;
-  }
-  throw Failure(
-      fmt::format("{} is neither beside deskphone nor at {}. Build it, or set "
-                  "DESKPHONE_PLUGIN to where it is.",
-                  kLibrary, CFGXML_LIBRARY));
+  const char* chosen = std::getenv("DESKPHONE_PLUGIN");
+  return chosen != nullptr ? chosen : kLibrary;
 }
 
 }  // namespace deskphone

@@ -14,8 +14,8 @@ class Plugin {
   /// The address of an exported function; throws Failure when there is none of this name.
   void* symbol(const char* name) const;
 
-  /// The library that this program uses: $DESKPHONE_PLUGIN, else the one beside the program, in
-  /// ../lib, or in the build folder; throws Failure when there is none.
+  /// The library that this program uses: $DESKPHONE_PLUGIN, else the one it was built or installed
+  /// with.
   static std::filesystem::path find();
 
  private:

@@ -110,15 +110,13 @@ fs::path program_file() { return fs::read_symlink("/proc/self/exe"); }
 fs::path samples() {
   if (const char* chosen = std::getenv("DESKPHONE_SAMPLES")) return chosen;
   const fs::path here = program_file().parent_path();
-  const fs::path candidates[] = {here / "samples", here / ".." / "share" / "cfgxml" / "samples",
-                                 CFGXML_SAMPLES};
-  for (const fs::path& candidate : candidates) {
-    if (fs::exists(candidate / "profile")) return candidate;
+  for (const char* candidate : {"samples", "../share/cfgxml/samples"}) {
+    if (fs::exists(here / candidate / "profile")) return here / candidate;
   }
   throw Failure(
-      fmt::format("The sample files are neither beside deskphone nor at {}. Set "
-                  "DESKPHONE_SAMPLES to where they are.",
-                  CFGXML_SAMPLES));
+      fmt::format("The sample files are neither in {0}/samples nor in {0}/../share/cfgxml/samples. "
+                  "Set DESKPHONE_SAMPLES to where they are.",
+                  here.string()));
 }
 
 ScratchFolder::ScratchFolder() {

@@ -28,8 +28,8 @@ class Profile {
 /// This program's own file.
 std::filesystem::path program_file();
 
-/// The sample files: $DESKPHONE_SAMPLES, else samples beside the program, in ../share/cfgxml, or in
-/// the source folder; throws Failure when there are none.
+/// The sample files: $DESKPHONE_SAMPLES, else samples beside the program, as in the build, or in
+/// ../share/cfgxml, as installed; throws Failure when there are none.
 std::filesystem::path samples();
 
 /// A new empty folder for temporary files, removed with all it holds.

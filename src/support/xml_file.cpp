@@ -40,7 +40,9 @@ class TemporaryFile {
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  std::FILE* stream() const { return stream_.get(); }
+  bool write(const char* text, std::size_t size) {
+    return stream_ != nullptr && std::fwrite(text, 1, size, stream_.get()) == size;
+  }
 
   bool sync(mode_t mode) {
     const int descriptor = ::fileno(stream_.get());
@@ -142,10 +144,13 @@ bool XmlFile::replace_file() {
   const mode_t fresh = privacy_ == Privacy::kPrivate ? 0600 : 0644;
   const mode_t mode = replaces ? old.st_mode & 07777 : fresh;
 
+  // In memory first: the printer writes a word at a time.
+  tinyxml2::XMLPrinter text;
+  document_.Print(&text);
+
   TemporaryFile temporary(file_);
-  if (temporary.stream() == nullptr) return false;
-  return document_.SaveFile(temporary.stream()) == tinyxml2::XML_SUCCESS && temporary.sync(mode) &&
-         temporary.rename_over(file_) && sync_folder_of(file_);
+  return temporary.write(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1) &&
+         temporary.sync(mode) && temporary.rename_over(file_) && sync_folder_of(file_);
 }
 
 int XmlFile::save(const char* worker) {

@@ -109,6 +109,10 @@ void Phone::read_files() {
 
 void Phone::stop() {
   if (profile_ == nullptr) return;
+  if (search_ == nullptr) {  // the plug-in could not be loaded: nothing was changed
+    profile_.reset();
+    return;
+  }
   unwatch_signals();
   const bool written = host().stop_saving();
   const fs::path root = profile_->root();

@@ -174,6 +174,22 @@ TEST_F(Deskphone, RemoteBooksStayLoadedUntilTheyAreFreed) {
   expect_refused("remote list --book 3", "is not loaded");
 }
 
+TEST_F(Deskphone, CallsAreShownAndListedWithTheirNames) {
+  EXPECT_EQ(run("call 203").out, "Line 1 (212)  Elin Hägg  203\nAdded call 43 to the history.\n");
+  EXPECT_EQ(run("call 0999 --line 2 --name Okafor --taken 75").status, 0);
+  const json calls = listed("history list");
+  ASSERT_EQ(calls.size(), 42u);
+  EXPECT_EQ(calls[0]["type"], "received");
+  EXPECT_EQ(calls[0]["name"], "Okafor");
+  EXPECT_EQ(calls[1]["type"], "missed");
+  EXPECT_EQ(calls[1]["name"], "Elin Hägg");
+  EXPECT_EQ(listed("history show 44")["duration"], "00:01:15");
+  EXPECT_EQ(listed("history status 43 seen")["status"], "seen");
+  EXPECT_EQ(run("history delete 43").out, "Deleted 1 call.\n");
+  expect_refused("history delete 44 43", "There is no call with the id 43.");
+  EXPECT_EQ(listed("history list").size(), 41u);
+}
+
 TEST_F(Deskphone, KeysFromAPipeRedrawAfterEach) {
   listed("contacts list");
   const Outcome outcome = run("keys <<'END'\n23\x7f\nEND\n");

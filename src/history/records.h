@@ -17,7 +17,7 @@ static_assert(offsetof(HISTORY_DATA_T, RemoteSipName) == 188);
 static_assert(offsetof(HISTORY_DATA_T, RemoteDisplayName) == 316);
 static_assert(offsetof(HISTORY_DATA_T, CallDuration) == 384);
 static_assert(sizeof(HISTORY_DATA_T) == 396);
-static_assert(sizeof(HISTORY_DATA_LIST) == 100U * 396);
+static_assert(sizeof(HISTORY_DATA_LIST) == std::size_t{100} * 396);
 
 static_assert(offsetof(HISTORY_SUMMARY_T, Date) == 12);
 static_assert(offsetof(HISTORY_SUMMARY_T, LocalSipName) == 40);

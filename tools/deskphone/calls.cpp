@@ -58,6 +58,7 @@ const std::vector<Column> kCallColumns = {
 
 std::vector<std::string> words_of(const std::vector<Code>& codes) {
   std::vector<std::string> words;
+  words.reserve(codes.size());
   for (const Code& code : codes) words.emplace_back(code.word);
   return words;
 }

@@ -54,7 +54,8 @@ void set_status(const Phone& phone, int id, const std::string& status) {
 /// Reports how many calls there are fewer than before.
 void report_deletion(const Phone& phone, const History& history, std::size_t before) {
   const std::size_t deleted = before - history.calls().size();
-  phone.output().done(fmt::format("Deleted {} calls.", deleted), {{"deleted", deleted}});
+  phone.output().done(fmt::format("Deleted {}.", counted(deleted, "calls")),
+                      {{"deleted", deleted}});
 }
 
 void delete_calls(const Phone& phone, const std::vector<int>& ids) {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "calls.h"
 #include "text.h"
@@ -33,8 +34,8 @@ void print_latest(const std::vector<HISTORY_SUMMARY_T>& calls) {
 std::string known_number(const Phone& phone) {
   constexpr std::size_t kLongest = sizeof CONTACT_SUMMARY_T::MobileNumber - 2;
   for (const CONTACT_SUMMARY_T& contact : phone.phonebook().contacts()) {
-    const std::string number = contact.MobileNumber;
-    if (contact.Line == 0 && !number.empty() && number.size() <= kLongest) return number;
+    const std::size_t length = std::strlen(contact.MobileNumber);
+    if (contact.Line == 0 && length > 0 && length <= kLongest) return contact.MobileNumber;
   }
   return "";
 }
@@ -52,7 +53,7 @@ void tour_calls(Phone& phone) {
   fmt::print("  It rings: {}\n", printable(stranger.screen));
 
   const std::vector<HISTORY_SUMMARY_T> calls = history.calls();
-  fmt::print("  {} calls in the history, {} missed; the latest:\n", calls.size(),
+  fmt::print("  {} in the history, {} missed; the latest:\n", counted(calls.size(), "calls"),
              count_of(calls, kMissed));
   print_latest(calls);
   expect_on_tour(calls.size() >= 2 && calls[0].ID == stranger.record.ID &&

@@ -6,6 +6,7 @@
 #include "csv/rows.h"
 #include "phonebook/name_index.h"
 #include "phonebook/tables.h"
+#include "search/index.h"
 #include "support/lock.h"
 #include "support/paths.h"
 
@@ -46,7 +47,7 @@ class ContactImport : public Rows {
 
   void end_row() override {
     if (dropped_) {
-      contact() = {};
+      clear_contact();
       return;
     }
     contact().Id = count_ + 1;
@@ -66,12 +67,18 @@ class ContactImport : public Rows {
 
   CONTACT_DATA_T& contact() { return list_.Contacts[count_]; }
 
+  /// The index may still have the contact that stood in this slot before the import.
+  void clear_contact() {
+    const search::RecordWrites hold;
+    contact() = {};
+  }
+
   /// Drops a row whose name, as the record holds it, is in use.
   bool accept_name() {
     const char* name = contact().DisplayName;
     if (!used_in_blacklist_.contains(name) && !used_in_contacts_.contains(name)) return true;
     name_refused_ = true;
-    contact() = {};
+    clear_contact();
     return false;
   }
 
@@ -127,7 +134,8 @@ int import_contacts(const char* path, CONTACT_DATA_LIST_T* list, const char* fun
     rl_log_err("Input param is NULL! file: %s, line: %d", kSourceFile, __LINE__);
     return -1;
   }
-  rl_memset(list, 0, sizeof *list);
+  phonebook::GroupSlots(list->Groups).clear();
+  phonebook::clear_contacts(*list);
   const File file = open_to_read(paths::on_disk(path));
   if (file == nullptr) return -1;
   ContactImport import(*list);

@@ -14,7 +14,8 @@ extern "C" {
 /* A node of the list of zones. */
 typedef struct TIMEZONE_DATA_T {
   int32_t Id;
-  char TimeZone[64]; /* the zone's value as the configuration stores it; several names may share it */
+  char TimeZone[64]; /* the zone's value as the configuration stores it; several names may share it
+                      */
   char Name[64];
   struct TIMEZONE_DATA_T *next;
 } TIMEZONE_DATA_T;

@@ -32,6 +32,7 @@ bool NameIndex::contains(const char* name) const {
 }
 
 void NameIndex::add(const CONTACT_DATA_T& record) {
+  if (table_ == nullptr) return;
   const std::less<const CONTACT_DATA_T*> before;
   if (before(&record, table_) || !before(&record, table_ + capacity_)) return;
   names_.insert(record.DisplayName);

@@ -58,13 +58,13 @@ std::vector<HISTORY_DATA_T> save_and_load() {
   return calls();
 }
 
-/// The first round turns carriage returns into line ends, as the file does.
-void read_twice() {
+void read_twice(std::string_view input) {
   load();
-  const std::size_t count = calls().size();
+  const std::vector<HISTORY_DATA_T> given = calls();
   const std::vector<HISTORY_DATA_T> written = save_and_load();
-  require(written.size() == count, "no call is lost");
-  require(same_bytes(save_and_load(), written), "the same calls are read again");
+  require(written.size() == given.size(), "no call is lost");
+  require(has_references(input) || same_bytes(written, given), "the same calls are read again");
+  require(same_bytes(save_and_load(), written), "and once more");
 }
 
 std::string expected_name(const char* number, const char* stored) {
@@ -122,7 +122,7 @@ void change(std::vector<HISTORY_DATA_T> used) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const Phone phone;
   phone.write(kHistory, text_of_input(data, size));
-  read_twice();
+  read_twice(text_of_input(data, size));
   const std::vector<HISTORY_DATA_T> used = calls();
   list_calls(used);
   list_set(used);

@@ -23,6 +23,12 @@ const Phone& phone() {
   return phone;
 }
 
+template <typename Rule>
+int id_of(const Rule& rule) {
+  return rule.ID;
+}
+int id_of(const SMS_SUMMARY_T& message) { return message.id; }
+
 // --- Dial rules ---
 
 template <typename Rule>
@@ -148,15 +154,25 @@ void upload_rules(const RuleList<Rule>& list, std::string_view content, const No
   require(result == -1 || same_bytes(read_rules(list), rules), "a file that is accepted is read");
 }
 
-/// The removal of a rule that is not there writes the list in the form of the file, where a
-/// carriage return is a line end.
+/// Writes the list as it is, by the removal of an entry that is not there.
+template <typename Node, typename Read>
+Nodes<Node> rewrite(int (*remove)(int id), Read read, std::string_view input) {
+  const Nodes<Node> given = read();
+  require(remove(kUnusedId) == 0, "any file can be changed");
+  const Nodes<Node> written = read();
+  const bool used = std::any_of(given.begin(), given.end(),
+                                [](const Node& node) { return id_of(node) == kUnusedId; });
+  require(used || has_references(input) || same_bytes(written, given), "the same is read again");
+  return written;
+}
+
 template <typename Rule, const RuleList<Rule>& list>
 void fuzz_rules(std::string_view content) {
   phone().write(list.file, content);
-  const Nodes<Rule> as_given = read_rules(list);
-  require(list.remove(kUnusedId) == 0, "any file can be changed");
-  use_rules(list, read_rules(list));
-  if (list.upload != nullptr) upload_rules(list, content, as_given);
+  const Nodes<Rule> given = read_rules(list);
+  use_rules(list, rewrite<Rule>(
+                      list.remove, [] { return read_rules(list); }, content));
+  if (list.upload != nullptr) upload_rules(list, content, given);
 }
 
 // --- Messages ---
@@ -222,9 +238,8 @@ void read_message(const Box& box, int id) {
 }
 
 /// Adds an unread message, reads it, and removes it again.
-void use_box(const Box& box) {
+void use_box(const Box& box, const Nodes<SMS_SUMMARY_T>& before) {
   constexpr std::size_t kFullBox = 100;
-  const Nodes<SMS_SUMMARY_T> before = read_box(box);
   SMS_DATA_T message{};
   message.status = 1;
   message.port = 5060;
@@ -248,9 +263,10 @@ void fuzz_messages(std::string_view content) {
   phone().write(kMessages, content);
   const bool listed = !read_box(box).empty();
   require(!listed || count_all_messages() > 0, "the list of all holds those of the box");
-  require(box.remove(kUnusedId) == 0, "any file can be changed");
+  const Nodes<SMS_SUMMARY_T> written = rewrite<SMS_SUMMARY_T>(
+      box.remove, [] { return read_box(box); }, content);
   const int unread = std::max(cfg_get_inbox_unread(), 0);
-  use_box(box);
+  use_box(box, written);
   count_all_messages();
   if (unread < kCountable && box.type != CFGXML_INBOX) {
     require(std::max(cfg_get_inbox_unread(), 0) == unread, "only the inbox counts");

@@ -32,6 +32,12 @@ inline std::string_view text_of_input(const std::uint8_t* data, std::size_t size
   return {reinterpret_cast<const char*>(data), size};
 }
 
+/// What was read from such an input is not what a written file gives: a reference can stand for a
+/// carriage return, which is a line end in a file.
+inline bool has_references(std::string_view input) {
+  return input.find("&#") != std::string_view::npos;
+}
+
 /// Cuts the next part, which ends at a NUL byte, off an input.
 inline std::string_view cut_part(std::string_view& input) {
   const std::string_view part = input.substr(0, input.find('\0'));

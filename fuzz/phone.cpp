@@ -1,6 +1,7 @@
 #include "phone.h"
 
 #include <cfgxml/binding.h>
+#include <dlfcn.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -38,6 +39,8 @@ int run_command(std::string_view command) {
   return error ? 1 : 0;
 }
 
+bool phone_made = false;
+
 constexpr const char* kFolders[] = {
     "/app/factory/Static/XMLBrowser",
     "/config/Network/Rcpe",
@@ -51,8 +54,14 @@ constexpr const char* kFolders[] = {
 
 }  // namespace
 
-/// Stands in for the C library's, through which the plug-in removes files.
-extern "C" int system(const char* command) { return run_command(command); }
+/// Stands in for the C library's, through which the plug-in removes files. libFuzzer starts its own
+/// helpers with it in processes that run no input, and therefore make no phone.
+extern "C" int system(const char* command) {
+  if (phone_made) return run_command(command);
+  static const auto c_library =
+      reinterpret_cast<int (*)(const char*)>(::dlsym(RTLD_NEXT, "system"));
+  return c_library(command);
+}
 
 Phone::Phone() : folder_(fs::temp_directory_path() / "fuzz-XXXXXX") {
   require(::mkdtemp(folder_.data()) != nullptr, "there is a folder for the profile");
@@ -61,6 +70,7 @@ Phone::Phone() : folder_(fs::temp_directory_path() / "fuzz-XXXXXX") {
   host::the_host().bind(cfgxml_cb_init);
   host::the_host().open_profile(folder_);
   host::run_commands_with(run_command);
+  phone_made = true;
 }
 
 Phone::~Phone() {

@@ -68,6 +68,15 @@ class TemporaryFile {
   File stream_;
 };
 
+/// The XML library takes text outside the root, but could not read again what it would write of it.
+void drop_loose_text(tinyxml2::XMLDocument& document) {
+  for (tinyxml2::XMLNode* node = document.FirstChild(); node != nullptr;) {
+    tinyxml2::XMLNode* next = node->NextSibling();
+    if (node->ToText() != nullptr) document.DeleteChild(node);
+    node = next;
+  }
+}
+
 bool sync_folder_of(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
@@ -94,7 +103,9 @@ bool XmlFile::load() {
 }
 
 bool XmlFile::parse(const char* text) {
-  return within_limits(text) && document_.Parse(text) == tinyxml2::XML_SUCCESS;
+  if (!within_limits(text) || document_.Parse(text) != tinyxml2::XML_SUCCESS) return false;
+  drop_loose_text(document_);
+  return true;
 }
 
 void XmlFile::keep_aside() {

@@ -67,7 +67,9 @@ TEST(HostLocks, CountALockTakenInsideAnotherThatMayNotBeAroundIt) {
   EXPECT_EQ(take_nested({kHistory, kPhonebook}), 0);
   EXPECT_EQ(host::locks::nestings(kHistory, kPhonebook), nested + 1);
   EXPECT_EQ(take_nested({kHistory, kPhonebook, kHistory, kPhonebook}), 0) << "taken again";
+#ifndef __SANITIZE_THREAD__  // which reports the inversion itself, as a deadlock that may come
   EXPECT_EQ(take_nested({kPhonebook, kHistory}), 1);
+#endif
   EXPECT_EQ(take_nested({kMessages, kPhonebook}), 1);
   EXPECT_EQ(take_nested({kMessages, kHistory, kPhonebook}), 2) << "only history and phonebook nest";
   EXPECT_EQ(take_nested({kMessages}), 0) << "all were released";

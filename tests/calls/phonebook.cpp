@@ -222,7 +222,9 @@ void convert_community_file(World& world, Choices& choices) {
   rl_free(data);
 }
 
+/// The export reads the groups and takes no lock.
 void export_contacts(World& world, Choices& choices) {
+  const HostLock hold(kPhonebookLock);
   CONTACT_SUMMARY_T* contacts = cfg_get_contact_summary("");
   const int result =
       save_contact_csv(Text(choices, world.on_disk(own_file("-export.csv"))), contacts);

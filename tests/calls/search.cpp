@@ -89,7 +89,7 @@ void count_strings(World& world, Choices& choices) {
 /// every place of the result table, so that no search shows it.
 void index_own_text(World& world, Choices& choices) {
   static const std::int32_t position = CFGXML_BOOK_RECORDS;
-  const TRIE_INFO_T info{choices.odd() ? choices.odd_number() : choices.number(1, 11),
+  const TRIE_INFO_T info{choices.odd() ? choices.odd_number() : CFGXML_BOOK_COUNT,
                          const_cast<std::int32_t*>(&position)};
   const std::string text = "own " + choices.phone_number();
   world.expect_result("TrieIncreaseInfo", TrieIncreaseInfo(text.c_str(), &info), {0});

@@ -13,6 +13,7 @@ namespace host {
 namespace {
 
 CommandObserver observer;
+CommandRunner stand_in;
 
 /// Starts the shell with no signal blocked, whatever the calling thread blocks.
 pid_t start_shell(const char* command) {
@@ -40,9 +41,17 @@ int wait_for(pid_t process) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+int run(const char* command) {
+  if (stand_in) return stand_in(command);
+  const pid_t process = start_shell(command);
+  return process > 0 ? wait_for(process) : -1;
+}
+
 }  // namespace
 
 void observe_commands(CommandObserver new_observer) { observer = std::move(new_observer); }
+
+void run_commands_with(CommandRunner runner) { stand_in = std::move(runner); }
 
 }  // namespace host
 
@@ -50,6 +59,5 @@ void observe_commands(CommandObserver new_observer) { observer = std::move(new_o
 /// which this host has no use for.
 int rl_system_ex(const char* command, int /*first*/, int /*second*/) {
   if (host::observer) host::observer(command);
-  const pid_t process = host::start_shell(command);
-  return process > 0 ? host::wait_for(process) : -1;
+  return host::run(command);
 }

@@ -26,7 +26,7 @@ class Choices {
   bool missing() { return odd() && flag(); }
 
   /// An id that a record may have.
-  int id() { return odd() ? odd_number() : number(1, 60); }
+  int id() { return odd() ? odd_number() : number(1, flag() ? 40 : 400); }
   int line() { return odd() ? odd_number() : number(0, 2); }
   std::string name();
   std::string phone_number();

@@ -61,7 +61,7 @@ void load_calls(World& world, Choices& choices) {
   const HostLock hold(kHistoryLock);
   if (choices.odd()) world.write("/config/Phone/History/History.xml", history_file(choices));
   HISTORY_DATA_LIST* list = cfg_get_history_list();
-  std::memset(list, 0, sizeof *list);
+  if (list != nullptr) std::memset(list, 0, sizeof *list);
   world.expect_result("history_init", history_init(list), {0});
 }
 

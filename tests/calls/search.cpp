@@ -37,6 +37,7 @@ void check_local_hits(World& world, const TRIE_RESULT_T& result, const char* key
   for (std::size_t place = 0; place != CFGXML_BOOK_RECORDS; ++place) {
     const auto* contact = static_cast<const CONTACT_DATA_T*>(result.records[0][place]);
     if (contact == nullptr) continue;
+    world.count_hit();
     const bool in_table =
         !before(contact, list.Contacts) && before(contact, list.Contacts + CFGXML_CONTACT_CAPACITY);
     world.require(in_table && contact->Id >= 1, "a search found no contact");
@@ -50,6 +51,7 @@ void check_other_hits(World& world, const TRIE_RESULT_T& result, const char* key
     for (int place = 0; place != CFGXML_BOOK_RECORDS; ++place) {
       const auto* record = static_cast<const CONTACT_SUMMARY_T*>(result.records[book][place]);
       if (record == nullptr) continue;
+      world.count_hit();
       world.require(record->position == place && is_hit(*record, keys),
                     "a search found a record that does not match");
     }

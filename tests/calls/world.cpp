@@ -61,6 +61,7 @@ void World::require(bool holds, const std::string& fault) {
 }
 
 void World::expect_result(const char* call, int result, std::initializer_list<int> results) {
+  if (lists_missing_ && result == -1) return;
   if (std::find(results.begin(), results.end(), result) != results.end()) return;
   require(false, std::string(call) + " gave " + std::to_string(result));
 }

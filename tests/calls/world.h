@@ -80,6 +80,14 @@ class World {
   bool rules_kept() const { return rules_kept_; }
   void set_rules_kept(bool kept) { rules_kept_ = kept; }
 
+  /// Whether the host has none of its lists to give for a moment: then -1 is a result of every
+  /// call.
+  void set_lists_missing(bool missing) { lists_missing_ = missing; }
+
+  /// Records of searches that were looked at.
+  void count_hit() { ++hits_; }
+  long hits() const { return hits_; }
+
   /// Notes what must not be; the first of them is kept.
   void require(bool holds, const std::string& fault);
   void expect_result(const char* call, int result, std::initializer_list<int> results);
@@ -93,6 +101,8 @@ class World {
   std::atomic<int> behind_{0};
   std::atomic<bool> positions_kept_{true};
   std::atomic<bool> rules_kept_{true};
+  std::atomic<bool> lists_missing_{false};
+  std::atomic<long> hits_{0};
   mutable std::mutex mutex_;
   std::string fault_;  // guarded by mutex_
 };

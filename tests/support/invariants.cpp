@@ -53,10 +53,13 @@ std::size_t used(const Record (&table)[Capacity]) {
   return count;
 }
 
+/// True when the records hold nothing but zeros.
 template <typename Record>
-bool is_clear(const Record& record) {
-  static const Record clear{};
-  return std::memcmp(&record, &clear, sizeof record) == 0;
+bool are_clear(const Record* first, const Record* end) {
+  if (first == end) return true;
+  const auto* bytes = reinterpret_cast<const char*>(first);
+  const auto size = static_cast<std::size_t>(end - first) * sizeof(Record);
+  return *bytes == 0 && std::memcmp(bytes, bytes + 1, size - 1) == 0;
 }
 
 /// What the packed tables of the host's blocks have in common.
@@ -73,10 +76,9 @@ std::string broken_table(const char* name, const Record (&table)[Capacity]) {
   // A reader may leave a free id in the first free slot, and nothing else.
   Record first_free = table[end];
   first_free.*Id = 0;
-  if (!is_clear(first_free)) return at(name, end, "the first free slot is not clear");
-  const auto behind = std::find_if_not(table + end + 1, std::end(table), is_clear<Record>);
-  if (behind == std::end(table)) return "";
-  return at(name, static_cast<std::size_t>(behind - table), "not clear behind the last record");
+  const bool clear =
+      are_clear(&first_free, &first_free + 1) && are_clear(table + end + 1, table + Capacity);
+  return clear ? "" : at(name, end, "not clear behind the last record");
 }
 
 bool is_nameless(const char* name) { return *name == '\0' || std::strcmp(name, kNoName) == 0; }

@@ -135,9 +135,11 @@ class ThreadsTest : public phone_test::Phone {
       all += made;
     }
     for (const auto& caller : callers_) std::printf("%8ld by one thread\n", caller->all_made());
-    std::printf("%8ld calls by %d threads, %ld log messages, phonebook inside history %d times\n",
-                all, kThreads, messages_.load(),
-                host::locks::nestings(calls::kHistoryLock, calls::kPhonebookLock));
+    std::printf(
+        "%8ld calls by %d threads; %ld hits of searches checked, %ld messages logged, the "
+        "phonebook's lock taken inside the history's %d times\n",
+        all, kThreads, world_->hits(), messages_.load(),
+        host::locks::nestings(calls::kHistoryLock, calls::kPhonebookLock));
   }
 
   World& world() { return *world_; }
@@ -225,6 +227,7 @@ TEST_F(ThreadsTest, CallsFromEightThreadsLeaveTheDataAsCallsFromOneWould) {
   print_figures();
 
   EXPECT_EQ(world().fault(), "");
+  EXPECT_GT(world().hits(), 0);
   EXPECT_EQ(phone_test::broken_phonebook(contacts(), blacklist()), "");
   EXPECT_EQ(phone_test::broken_membership(contacts()), "");
   EXPECT_EQ(phone_test::broken_positions(contacts()), "");
@@ -236,6 +239,9 @@ TEST_F(ThreadsTest, CallsFromEightThreadsLeaveTheDataAsCallsFromOneWould) {
   EXPECT_EQ(phone_test::broken_messages(), "");
 
   const Profile before(host().lists());
+  std::printf("%8zu contacts, %zu groups, %zu blacklist entries, %zu calls at the end\n",
+              before.contacts.size(), before.groups.size(), before.blacklist.size(),
+              before.calls.size());
   host().lists().clear();
   host().load();
   const Profile after(host().lists());

@@ -39,6 +39,7 @@ class InputChoices : public Choices {
   bool at_end() { return data_.remaining_bytes() == 0; }
   int number(int low, int high) override { return data_.ConsumeIntegralInRange(low, high); }
   bool odd() override { return number(0, 31) == 31; }
+  int largest_id() override { return 12; }
 
   int odd_number() override {
     constexpr int kLeast = std::numeric_limits<int>::min();

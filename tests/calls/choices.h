@@ -22,11 +22,14 @@ class Choices {
   virtual int odd_number() = 0;
   virtual std::string odd_text() = 0;
 
+  /// Which ids are worth asking for: records get them from 1 on.
+  virtual int largest_id() = 0;
+
   bool flag() { return number(0, 1) == 1; }
   bool missing() { return odd() && flag(); }
 
   /// An id that a record may have.
-  int id() { return odd() ? odd_number() : number(1, flag() ? 40 : 400); }
+  int id() { return odd() ? odd_number() : number(1, largest_id()); }
   int line() { return odd() ? odd_number() : number(0, 2); }
   std::string name();
   std::string phone_number();

@@ -87,7 +87,7 @@ void in_bulk(World& world, Choices& choices, Change change) {
 
 void delete_contacts(World& world, Choices& choices) {
   in_bulk(world, choices, [&] {
-    const int result = choices.number(0, 3) == 0
+    const int result = choices.number(0, 9) == 0
                            ? cfg_del_all_contacts()
                            : cfg_del_contacts_by_group(Text(choices, choices.group()));
     world.expect_result("a bulk delete", result, {0, -1});
@@ -258,7 +258,7 @@ const std::vector<Call> kPhonebookCalls = {
     {"list contacts", 6, list_contacts},
     {"search contacts", 6, search_contacts},
     {"read a contact", 6, get_contact},
-    {"add a contact", 16, add_contact},
+    {"add a contact", 32, add_contact},
     {"change a contact", 12, change_contact},
     {"delete a contact", 8, delete_contact},
     {"bulk delete", 1, delete_contacts},

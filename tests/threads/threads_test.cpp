@@ -32,7 +32,7 @@ using calls::Choices;
 using calls::World;
 
 constexpr int kThreads = 8;
-constexpr int kCallsPerThread = 400;
+constexpr int kCallsPerThread = 1500;
 
 /// What a careful caller passes.
 class RandomChoices : public Choices {
@@ -45,6 +45,7 @@ class RandomChoices : public Choices {
   bool odd() override { return false; }
   int odd_number() override { return 0; }
   std::string odd_text() override { return ""; }
+  int largest_id() override { return flag() ? 40 : 400; }
 
  private:
   std::minstd_rand random_;

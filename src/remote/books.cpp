@@ -118,12 +118,15 @@ int _cfg_destory_remote_conatct_list(const char* path) {
   return 0;
 }
 
-int reload_index(int book) {
+int reload_index(int book, const char* function) {
   CONTACT_SUMMARY_T* head = book_heads[book];
+  search::Room room;
+  search::number_positions(head, room);
   for (CONTACT_SUMMARY_T* record = head; record != nullptr; record = record->next) {
-    search::add_record(CFGXML_BOOK_REMOTE_FIRST + book, *record);
+    if (search::add_record(CFGXML_BOOK_REMOTE_FIRST + book, *record)) continue;
+    rl_log_err("%s failed: out of memory.", function);
+    return -1;
   }
-  search::number_positions(head);
   return head != nullptr ? 0 : -1;
 }
 
@@ -177,7 +180,7 @@ int cfg_destory_remote_conatct_list(const char* path) {
 int CfgTrieReloadRemoteBookInfo(int book) {
   if (!is_book(book)) return -1;
   search::purge(CFGXML_BOOK_REMOTE_FIRST + book);
-  return under_lock(Lock::kRemote, -1, reload_index, book);
+  return under_lock(Lock::kRemote, -1, reload_index, book, __func__);
 }
 
 int CfgTrieRemoveRemoteBookInfo(int book) {

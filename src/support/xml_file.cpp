@@ -77,9 +77,12 @@ void drop_loose_text(tinyxml2::XMLDocument& document) {
   }
 }
 
-bool sync_folder_of(const std::string& path) {
+std::string folder_of(const std::string& path) {
   const std::size_t slash = path.rfind('/');
-  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+bool sync_folder(const std::string& folder) {
   const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return false;
   const bool synced = ::fsync(descriptor) == 0;
@@ -163,9 +166,10 @@ bool XmlFile::replace_file() {
   tinyxml2::XMLPrinter text;
   document_.Print(&text);
 
+  const std::string folder = folder_of(file_);  // nothing is allocated behind the rename
   TemporaryFile temporary(file_);
   return temporary.write(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1) &&
-         temporary.sync(mode) && temporary.rename_over(file_) && sync_folder_of(file_);
+         temporary.sync(mode) && temporary.rename_over(file_) && sync_folder(folder);
 }
 
 int XmlFile::save(const char* worker) {

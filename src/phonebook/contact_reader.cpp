@@ -108,7 +108,7 @@ int read_contact_file(const char* path, CONTACT_DATA_LIST_T* list) {
   clear_contacts(*list);
 
   XmlFile file(path);
-  if (!file.load()) {
+  if (!file.load_into_block()) {
     rl_log_err("load file <%s> failed!", path);
     return -1;
   }

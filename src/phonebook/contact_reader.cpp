@@ -104,11 +104,13 @@ int read_contact_file(const char* path, CONTACT_DATA_LIST_T* list) {
     rl_log_err("Input param is NULL! file: %s, line: %d", kSourceFile, __LINE__);
     return -1;
   }
-  GroupSlots(list->Groups).clear();
-  clear_contacts(*list);
-
   XmlFile file(path);
-  if (!file.load_into_block()) {
+  const bool loaded = file.load_into_block();
+  if (!file.is_unreadable()) {  // a disk that fails costs none of the contacts in memory
+    GroupSlots(list->Groups).clear();
+    clear_contacts(*list);
+  }
+  if (!loaded) {
     rl_log_err("load file <%s> failed!", path);
     return -1;
   }

@@ -84,12 +84,12 @@ bool XmlFile::parse(const char* text) {
 template <typename Remove>
 bool XmlFile::start_afresh_by(const char* worker, Remove remove) {
   const auto step = durable::hold();
-  if (load()) return true;
-  if (!is_unreadable() && !durable::is_being_changed(file_)) {
+  if (usable_ && load()) return true;
+  if (usable_ && !durable::is_being_changed(file_)) {
     usable_ = aside_.move(file_);
     if (usable_) remove(file_.c_str());
   }
-  if (is_unreadable()) {
+  if (!usable_) {
     rl_log_err("%s:load file <%s> failed.", worker, path_.c_str());
     return false;
   }

@@ -17,6 +17,7 @@ namespace {
 constexpr std::string_view kTemporary = ".tmpXXXXXX";
 constexpr std::size_t kTemporaryStem = 4;  // the part before the X
 constexpr char kBefore[] = ".before-change";
+constexpr char kAside[] = ".corrupt";
 
 std::recursive_mutex steps;
 
@@ -35,8 +36,8 @@ Descriptor open_beside(const std::string& file) {
 
 /// Creates, renames and removals in the folder are on the disk after this. A file system that
 /// cannot sync a folder (EINVAL) has nothing better to give.
-bool sync_folder_of(const std::string& path) {
-  const Descriptor folder(::open(folder_of(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+bool sync_folder(const std::string& name) {
+  const Descriptor folder(::open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   return folder.is_open() && (::fsync(folder.number()) == 0 || errno == EINVAL);
 }
 
@@ -144,13 +145,14 @@ struct CloseFolder {
 
 bool replace(const std::string& file, std::string_view text, mode_t mode) {
   if (!mode_after(file, mode)) return false;
+  const std::string folder = folder_of(file);  // no memory is taken behind the rename
   NewFile written(file);
   if (!written.write(text) || !written.sync(mode)) return false;
   {
     const auto step = hold();
     if (!written.rename_to(file)) return false;
   }
-  return sync_folder_of(file);
+  return sync_folder(folder);
 }
 
 void sweep(const std::string& file) {
@@ -168,58 +170,72 @@ void sweep(const std::string& file) {
   }
 }
 
+Before::Names::Names(const std::string& changed)
+    : file(changed),
+      before(changed + kBefore),
+      aside(changed + kAside),
+      folder(folder_of(changed)) {}
+
 bool Before::copy(const std::string& file) {
   const auto step = hold();
-  if (!restore(file) || may_exist(file + kBefore)) return false;
+  Names names(file);
+  if (!restore(file) || may_exist(names.before)) return false;
   std::string text;
   const Reading reading = read_file(file, text);
   if (reading != Reading::kWhole) return reading == Reading::kNoFile;
   struct stat old {};
   NewFile written(file);
   if (::stat(file.c_str(), &old) != 0 || !written.write(text) ||
-      !written.sync(old.st_mode & 0777) || !written.rename_to(file + kBefore)) {
+      !written.sync(old.st_mode & 0777) || !written.rename_to(names.before)) {
     return false;
   }
-  file_ = file;
+  kept_ = std::move(names);
   locked_ = written.release();
-  return settle(sync_folder_of(file));
+  return settle(sync_folder(kept_->folder));
 }
 
 bool Before::move(const std::string& file) {
   const auto step = hold();
-  if (!file_.empty()) return true;
-  if (may_exist(file + kBefore)) return false;
+  if (kept_) return true;
+  Names names(file);
+  if (may_exist(names.before)) return false;
   Descriptor old = open_beside(file);
   if (!old.is_open()) return is_absence(errno) || errno == ELOOP;  // a link keeps what it points to
   if (!is_named_file(old)) return true;
-  if (!lock_if_free(old) || ::rename(file.c_str(), (file + kBefore).c_str()) != 0) return false;
-  file_ = file;
+  if (!lock_if_free(old) || ::rename(file.c_str(), names.before.c_str()) != 0) return false;
+  kept_ = std::move(names);
   locked_ = std::move(old);
-  return settle(sync_folder_of(file));
+  return settle(sync_folder(kept_->folder));
 }
 
 bool Before::drop() {
   const auto step = hold();
-  if (file_.empty()) return true;
-  if (!sync_file(file_) || ::unlink((file_ + kBefore).c_str()) != 0) return settle(false);
-  return sync_folder_of(std::exchange(file_, {}));
+  if (!kept_) return true;
+  if (!sync_file(kept_->file) || ::unlink(kept_->before.c_str()) != 0) return settle(false);
+  return sync_folder(forget().folder);
 }
 
-bool Before::keep_as(const char* suffix) {
+bool Before::keep_aside() {
   const auto step = hold();
-  if (file_.empty()) return true;
-  if (::rename((file_ + kBefore).c_str(), (file_ + suffix).c_str()) != 0) return settle(false);
-  return sync_folder_of(std::exchange(file_, {}));
+  if (!kept_) return true;
+  if (::rename(kept_->before.c_str(), kept_->aside.c_str()) != 0) return settle(false);
+  return sync_folder(forget().folder);
 }
 
 void Before::put_back() {
-  if (file_.empty()) return;
+  if (!kept_) return;
   const auto step = hold();
-  const std::string file = std::exchange(file_, {});
-  if (::rename((file + kBefore).c_str(), file.c_str()) != 0 || !sync_folder_of(file)) {
-    rl_log_err("%s failed: <%s> is put back when it is opened next.", __func__, file.c_str());
+  const Names names = forget();
+  if (::rename(names.before.c_str(), names.file.c_str()) != 0 || !sync_folder(names.folder)) {
+    rl_log_err("%s failed: <%s> is put back when it is opened next.", __func__, names.file.c_str());
   }
   locked_ = Descriptor();
+}
+
+Before::Names Before::forget() {
+  Names names = std::move(*kept_);
+  kept_.reset();
+  return names;
 }
 
 bool Before::settle(bool settled) {
@@ -235,7 +251,8 @@ bool restore(const std::string& file) {
   if (!left.is_open()) return is_absence(errno) || errno == ELOOP;
   if (!lock_if_free(left) || !is_named_file(left)) return true;
   rl_log_warn("<%s> is put back: a change of it was cut short.", file.c_str());
-  return ::rename(before.c_str(), file.c_str()) == 0 && sync_folder_of(file);
+  const std::string folder = folder_of(file);
+  return ::rename(before.c_str(), file.c_str()) == 0 && sync_folder(folder);
 }
 
 bool is_being_changed(const std::string& file) {

@@ -9,6 +9,7 @@
 #include <sys/types.h>
 
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -47,18 +48,28 @@ class Before {
   /// the old one back.
   bool drop();
 
-  /// The new file, if there is one, is on the disk already: the old one becomes "<file>SUFFIX". On
-  /// failure it is put back.
-  bool keep_as(const char* suffix);
+  /// The new file, if there is one, is on the disk already: the old one becomes "<file>.corrupt".
+  /// On failure it is put back.
+  bool keep_aside();
 
   /// The old file takes its place again.
   void put_back();
 
  private:
+  /// The names that the steps need, made before the first one: on the way back no memory is taken.
+  struct Names {
+    explicit Names(const std::string& changed);
+    std::string file;
+    std::string before;
+    std::string aside;
+    std::string folder;
+  };
+
+  Names forget();
   bool settle(bool settled);
 
-  std::string file_;   // empty when nothing is kept
-  Descriptor locked_;  // what is kept
+  std::optional<Names> kept_;  // nothing when nothing is kept
+  Descriptor locked_;          // what is kept
 };
 
 /// Puts back what an interrupted change left of the file. False when that is needed and fails: the

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <new>
 
 namespace cfgxml {
 namespace {
@@ -55,7 +56,8 @@ File open_to_read(const std::string& file) {
     return nullptr;
   }
   File opened(::fdopen(descriptor.number(), "rb"));
-  if (opened != nullptr) descriptor.release();
+  if (opened == nullptr) throw std::bad_alloc();  // an open file lacks nothing else
+  descriptor.release();
   return opened;
 }
 

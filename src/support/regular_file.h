@@ -45,7 +45,8 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-/// Opens a file for the C library's buffered reading; nullptr when that fails.
+/// Opens a file for the C library's buffered reading; nullptr when that fails. Throws
+/// std::bad_alloc when memory is out.
 File open_to_read(const std::string& file);
 
 }  // namespace cfgxml

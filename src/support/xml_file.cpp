@@ -2,9 +2,13 @@
 
 #include <cfgxml/host.h>
 
+#include <algorithm>
 #include <cstdlib>
-#include <set>
+#include <exception>
+#include <functional>
+#include <iterator>
 #include <string_view>
+#include <type_traits>
 
 #include "support/paths.h"
 #include "support/regular_file.h"
@@ -14,34 +18,36 @@
 namespace cfgxml {
 namespace {
 
-constexpr char kAside[] = ".corrupt";
-
 /// The files that a block of the host's should hold but does not, because they could not be read.
+/// Noting one takes no memory, which may be what was missing. Of two files whose hashes are the
+/// same both count; that costs a copy kept aside. There are three blocks.
 class Unread {
  public:
   void note(const std::string& file, bool unread) {
     const std::lock_guard<std::mutex> hold(mutex_);
-    if (unread) {
-      files_.insert(file);
-    } else {
-      files_.erase(file);
-    }
+    std::size_t* place = find(hash_of(file));
+    if (unread && place == std::end(hashes_)) place = find(kNone);
+    if (place != std::end(hashes_)) *place = unread ? hash_of(file) : kNone;
   }
   bool has(const std::string& file) {
     const std::lock_guard<std::mutex> hold(mutex_);
-    return files_.count(file) != 0;
+    return find(hash_of(file)) != std::end(hashes_);
   }
 
  private:
-  std::mutex mutex_;
-  std::set<std::string> files_;  // guarded by mutex_
-};
+  static constexpr std::size_t kNone = 0;
 
-/// Never destroyed: a host may save as late as in its own destructors.
-Unread& unread_files() {
-  static Unread& files = *new Unread;
-  return files;
-}
+  static std::size_t hash_of(const std::string& file) { return std::hash<std::string>()(file) | 1; }
+  std::size_t* find(std::size_t hash) {
+    return std::find(std::begin(hashes_), std::end(hashes_), hash);
+  }
+
+  std::mutex mutex_;
+  std::size_t hashes_[16] = {};  // guarded by mutex_
+};
+/// A host may save as late as in its own destructors.
+static_assert(std::is_trivially_destructible_v<Unread>);
+Unread unread_files;
 
 }  // namespace
 
@@ -50,7 +56,10 @@ XmlFile::XmlFile(const char* path, Privacy privacy)
   open(path);
 }
 
-XmlFile::~XmlFile() { aside_.keep_as(kAside); }
+/// A file that was to be started afresh takes its place again when memory ran out on the way.
+XmlFile::~XmlFile() {
+  if (std::uncaught_exceptions() == 0) aside_.keep_aside();
+}
 
 void XmlFile::open(const char* path) {
   path_ = path;
@@ -70,8 +79,9 @@ bool XmlFile::load() {
 }
 
 bool XmlFile::load_into_block() {
+  unread_files.note(file_, true);  // also when memory runs out on the way
   const bool loaded = load();
-  unread_files().note(file_, is_unreadable());
+  unread_files.note(file_, is_unreadable());
   return loaded;
 }
 
@@ -133,14 +143,14 @@ bool XmlFile::replace_file() {
   document_.Print(&text);
 
   if (own_) durable::sweep(file_);
-  if (unread_files().has(file_) && !aside_.move(file_)) return false;
+  if (unread_files.has(file_) && !aside_.move(file_)) return false;
   const std::string_view content(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1);
   if (!durable::replace(file_, content, privacy_ == Privacy::kPrivate ? 0600 : 0644)) {
     aside_.put_back();
     return false;
   }
-  if (!aside_.keep_as(kAside)) return false;
-  unread_files().note(file_, false);
+  if (!aside_.keep_aside()) return false;
+  unread_files.note(file_, false);
   return true;
 }
 

@@ -144,6 +144,14 @@ class BlocksInUse {
 
   int count() const { return count_; }
 
+  void forget(void (*visit)(const void* block)) {
+    for (const std::uintptr_t place : table_) {
+      if (place != kFree && place != kGone) visit(reinterpret_cast<const void*>(~place));
+    }
+    table_.fill(kFree);
+    count_ = 0;
+  }
+
  private:
   static constexpr std::size_t kPlaces = 1 << 14;
   static constexpr std::uintptr_t kFree = 0;
@@ -253,6 +261,7 @@ int Watch::asked() const { return state.asked; }
 int Watch::refused() const { return state.refused; }
 
 int blocks_in_use() { return in_use.count(); }
+void forget_blocks(void (*visit)(const void* block)) { in_use.forget(visit); }
 
 }  // namespace memory_test
 

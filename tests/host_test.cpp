@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstring>
 #include <future>
+#include <initializer_list>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -50,6 +51,37 @@ TEST(HostLocks, AreRecursiveAndBelongToTheThreadThatTookThem) {
   waits.wait();
   other.join();
   EXPECT_EQ(host::locks::held(), 0);
+}
+
+TEST(HostLocks, CountALockTakenInsideAnotherThatMayNotBeAroundIt) {
+  constexpr int kMessages = 45067;
+  constexpr int kHistory = 45075;
+  constexpr int kPhonebook = 45081;
+  const auto take_nested = [](std::initializer_list<int> order) {
+    const int before = host::locks::inversions();
+    for (const int id : order) rl_sem_lock(id);
+    for (const int id : order) rl_sem_unlock(id);
+    return host::locks::inversions() - before;
+  };
+  const int nested = host::locks::nestings(kHistory, kPhonebook);
+  EXPECT_EQ(take_nested({kHistory, kPhonebook}), 0);
+  EXPECT_EQ(host::locks::nestings(kHistory, kPhonebook), nested + 1);
+  EXPECT_EQ(take_nested({kHistory, kPhonebook, kHistory, kPhonebook}), 0) << "taken again";
+#ifndef __SANITIZE_THREAD__  // which reports the inversion itself, as a deadlock that may come
+  EXPECT_EQ(take_nested({kPhonebook, kHistory}), 1);
+#endif
+  EXPECT_EQ(take_nested({kMessages, kPhonebook}), 1);
+  EXPECT_EQ(take_nested({kMessages, kHistory, kPhonebook}), 2) << "only history and phonebook nest";
+  EXPECT_EQ(take_nested({kMessages}), 0) << "all were released";
+
+  const int before = host::locks::inversions();
+  rl_sem_lock(kPhonebook);
+  std::thread([] {
+    rl_sem_lock(kHistory);
+    rl_sem_unlock(kHistory);
+  }).join();
+  rl_sem_unlock(kPhonebook);
+  EXPECT_EQ(host::locks::inversions(), before) << "two threads with a lock each";
 }
 
 TEST(HostText, BoundedCopiesCutAndTakeNothingForAnEmptyText) {

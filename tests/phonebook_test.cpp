@@ -4,6 +4,7 @@
 #include <cfgxml/search.h>
 
 #include <cstring>
+#include <limits>
 #include <map>
 #include <random>
 #include <string>
@@ -377,6 +378,18 @@ TEST_F(PhonebookTest, NullAndOutOfRangeArgumentsFail) {
   EXPECT_EQ(get_contact_xml(nullptr, nullptr), -1);
   EXPECT_EQ(save_contact_xml(nullptr, nullptr), -1);
   EXPECT_EQ(save_blacklist_xml(nullptr, nullptr), -1);
+}
+
+TEST_F(PhonebookTest, PositionThatACallerMadeUpHarmsNothing) {
+  ASSERT_EQ(add("bob"), 0);
+  CONTACT_DATA_T contact = contacts().Contacts[0];
+  contact.position = std::numeric_limits<int>::max();
+  EXPECT_EQ(cfg_mod_contact_data(&contact), 0);
+  EXPECT_EQ(add("Alice"), 0) << "which moves bob up";
+  EXPECT_EQ(positions(), (std::vector<int>{std::numeric_limits<int>::min(), 0}));
+  EXPECT_EQ(cfg_del_contact_data(2), 0);
+  EXPECT_EQ(CfgTrieReloadLocalBookInfo(), 0);
+  EXPECT_EQ(positions(), std::vector<int>{0});
 }
 
 /// Whatever is done, ids are unique, positions a permutation, and the index answers for each name.

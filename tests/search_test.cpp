@@ -1,9 +1,11 @@
 // The index and its queries, against a literal form of the rules that define them.
+#include <cfgxml/host.h>
 #include <cfgxml/search.h>
 #include <dlfcn.h>
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <deque>
@@ -464,6 +466,25 @@ TEST_F(SearchTest, DeletingMovesTheEntriesOfTheContactsBehind) {
     inserted_.clear();
   }
   contact_save_init(0);
+}
+
+TEST_F(SearchTest, ContactAddedDuringAReloadIsIndexedOnce) {
+  constexpr int kPhonebookLock = 45081;
+  CONTACT_DATA_T contact{};
+  std::strcpy(contact.DisplayName, "Anna");
+  ASSERT_EQ(cfg_add_contact_data(&contact), 0);
+
+  rl_sem_lock(kPhonebookLock);
+  std::thread reload([] { EXPECT_EQ(CfgTrieReloadLocalBookInfo(), 0); });
+  for (int waits = 0; waits != 50 && CfgTrieSearchOfCount("Anna", nullptr) == 1; ++waits) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));  // the reload waits for the lock
+  }
+  std::strcpy(contact.DisplayName, "Bo");
+  EXPECT_EQ(cfg_add_contact_data(&contact), 0);
+  rl_sem_unlock(kPhonebookLock);
+  reload.join();
+  EXPECT_EQ(CfgTrieSearchOfCount("Anna", nullptr), 1);
+  EXPECT_EQ(CfgTrieSearchOfCount("Bo", nullptr), 1);
 }
 
 TEST_F(SearchTest, SearchesMayOverlapChanges) {

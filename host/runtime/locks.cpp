@@ -4,6 +4,8 @@
 
 #include <array>
 #include <atomic>
+#include <cstdint>
+#include <limits>
 #include <mutex>
 
 namespace host {
@@ -13,8 +15,13 @@ namespace {
 constexpr int kFirstId = 45056;
 constexpr int kCount = 64;
 
-/// Tells threads apart: the address of this variable differs in each.
-thread_local char this_thread;
+constexpr int kHistory = 45075;
+constexpr int kPhonebook = 45081;
+
+/// The locks that the calling thread holds, a bit for each. Its address tells threads apart.
+using LockSet = std::uint64_t;
+static_assert(kCount <= std::numeric_limits<LockSet>::digits);
+thread_local LockSet held_here = 0;
 
 /// A lock that its holder may take again and that no one else can release.
 class RecursiveLock {
@@ -22,7 +29,7 @@ class RecursiveLock {
   void lock() {
     if (!mine()) {
       mutex_.lock();
-      owner_.store(&this_thread, std::memory_order_relaxed);
+      owner_.store(&held_here, std::memory_order_relaxed);
     }
     ++depth_;
   }
@@ -37,30 +44,54 @@ class RecursiveLock {
     return true;
   }
 
-  bool mine() const { return owner_.load(std::memory_order_relaxed) == &this_thread; }
+  bool mine() const { return owner_.load(std::memory_order_relaxed) == &held_here; }
   bool held() const { return owner_.load(std::memory_order_relaxed) != nullptr; }
 
  private:
   std::mutex mutex_;
-  std::atomic<const char*> owner_{nullptr};
+  std::atomic<const LockSet*> owner_{nullptr};
   int depth_ = 0;  // guarded by mutex_
 };
 
 std::array<RecursiveLock, kCount> all_locks;
 std::atomic<int> faults{0};
 
+/// The order in which locks were taken: [outer][inner], by their places in all_locks.
+std::array<std::array<std::atomic<int>, kCount>, kCount> nested{};
+std::atomic<int> forbidden_nestings{0};
+
+bool is_lock(int id) { return id >= kFirstId && id < kFirstId + kCount; }
+std::size_t place_of(int id) { return static_cast<std::size_t>(id - kFirstId); }
+LockSet bit_of(int id) { return LockSet{1} << place_of(id); }
+
 /// The lock with this id, or nullptr, which is logged.
 RecursiveLock* find(int id) {
-  if (id >= kFirstId && id < kFirstId + kCount) {
-    return &all_locks[static_cast<std::size_t>(id - kFirstId)];
-  }
+  if (is_lock(id)) return &all_locks[place_of(id)];
   rl_log_err("there is no lock %d.", id);
   return nullptr;
+}
+
+/// Notes that the calling thread is about to take the lock, which it does not hold, and what it
+/// holds already. Called before it waits: the message is there when the phone stands still.
+void note_order(int inner) {
+  for (int outer = kFirstId; held_here != 0 && outer != kFirstId + kCount; ++outer) {
+    if ((held_here & bit_of(outer)) == 0) continue;
+    ++nested[place_of(outer)][place_of(inner)];
+    if (outer == kHistory && inner == kPhonebook) continue;
+    ++forbidden_nestings;
+    rl_log_err("lock %d was taken inside lock %d, which is no order of the phone's.", inner, outer);
+  }
 }
 
 }  // namespace
 
 int locks::faulty_releases() { return faults; }
+
+int locks::inversions() { return forbidden_nestings; }
+
+int locks::nestings(int outer, int inner) {
+  return is_lock(outer) && is_lock(inner) ? nested[place_of(outer)][place_of(inner)].load() : 0;
+}
 
 int locks::held() {
   int count = 0;
@@ -78,13 +109,18 @@ bool locks::held_by_me(int id) {
 int rl_sem_lock(int id) {
   host::RecursiveLock* lock = host::find(id);
   if (lock == nullptr) return -1;
+  if (!lock->mine()) host::note_order(id);
   lock->lock();
+  host::held_here |= host::bit_of(id);
   return 0;
 }
 
 int rl_sem_unlock(int id) {
   host::RecursiveLock* lock = host::find(id);
-  if (lock != nullptr && lock->unlock()) return 0;
+  if (lock != nullptr && lock->unlock()) {
+    if (!lock->mine()) host::held_here &= ~host::bit_of(id);
+    return 0;
+  }
   ++host::faults;
   rl_log_err("lock %d was released by a thread that does not hold it.", id);
   return -1;

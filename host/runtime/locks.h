@@ -6,6 +6,14 @@ namespace host::locks {
 /// Releases so far by a thread that did not hold the lock; each is also logged and does nothing.
 int faulty_releases();
 
+/// Times that a thread took a lock while it held another, except the phonebook's inside the
+/// history's; each is also logged. Two locks that nest both ways can stop the phone for good, so
+/// the one nesting that is allowed is the whole order.
+int inversions();
+
+/// Times that a thread which held the outer lock took the inner one, beyond taking one again.
+int nestings(int outer, int inner);
+
 /// Locks that some thread holds at this moment.
 int held();
 

@@ -28,6 +28,12 @@ bool orders_behind(const CONTACT_DATA_T& other, const CONTACT_DATA_T& contact) {
   return is_empty(contact.DisplayName) || rl_strcasecmp(other.DisplayName, contact.DisplayName) > 0;
 }
 
+/// A position is a caller's to write when it changes nothing that is indexed: the largest number
+/// there is wraps around.
+std::int32_t next_position(std::int32_t position) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(position) + 1);
+}
+
 /// Places a contact that stands in its slot among the others, which move up behind it.
 void insert_position(const ContactSlots& slots, CONTACT_DATA_T& contact) {
   std::bitset<CFGXML_CONTACT_CAPACITY> behind;
@@ -41,7 +47,8 @@ void insert_position(const ContactSlots& slots, CONTACT_DATA_T& contact) {
   const search::RecordWrites hold;
   contact.position = others - static_cast<std::int32_t>(behind.count());
   for (CONTACT_DATA_T* other = slots.begin(); other != end; ++other) {
-    if (behind[static_cast<std::size_t>(other - slots.begin())]) ++other->position;
+    if (!behind[static_cast<std::size_t>(other - slots.begin())]) continue;
+    other->position = next_position(other->position);
   }
 }
 

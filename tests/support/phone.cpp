@@ -42,7 +42,10 @@ void empty_plugin() {
 
 }  // namespace
 
-Phone::Phone() : root_(new_folder()), faulty_releases_(::host::locks::faulty_releases()) {}
+Phone::Phone()
+    : root_(new_folder()),
+      faulty_releases_(::host::locks::faulty_releases()),
+      lock_inversions_(::host::locks::inversions()) {}
 
 Phone::~Phone() {
   std::error_code error;
@@ -66,6 +69,8 @@ void Phone::TearDown() {
   EXPECT_EQ(::host::locks::held(), 0) << "a host lock is still taken";
   EXPECT_EQ(::host::locks::faulty_releases(), faulty_releases_)
       << "a host lock was released by a thread that did not hold it";
+  EXPECT_EQ(::host::locks::inversions(), lock_inversions_)
+      << "a host lock was taken inside another that is not to be held around it";
   ::host::observe_log(nullptr);
   ::host::observe_commands(nullptr);
   host().saver().observe(nullptr);

@@ -15,7 +15,7 @@ namespace phone_test {
 
 /// Every test starts with an empty profile folder as the plug-in's root, empty host blocks, no
 /// settings, deferred saving off and no saver thread. It fails when it leaves a host lock taken, or
-/// when a thread released a lock that it did not hold.
+/// when a thread released a lock that it did not hold or took locks in a forbidden order.
 class Phone : public ::testing::Test {
  protected:
   Phone();
@@ -56,6 +56,7 @@ class Phone : public ::testing::Test {
 
   std::filesystem::path root_;
   int faulty_releases_;
+  int lock_inversions_;
   mutable std::mutex mutex_;
   std::vector<std::string> log_;  // guarded by mutex_, as are the following
   std::vector<int> posted_;

@@ -67,13 +67,13 @@ int copy_file(const std::string& from, const std::string& to) {
   const std::string text{std::istreambuf_iterator<char>(source), {}};
   const int descriptor = ::open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
   if (descriptor < 0) return 1;
-  bool written = true;
   const std::size_t piece = text.size() / 3 + 1;
-  for (std::size_t at = 0; written && at < text.size(); at += piece) {
-    const std::size_t size = std::min(piece, text.size() - at);
-    written = ::write(descriptor, text.data() + at, size) == static_cast<ssize_t>(size);
+  ssize_t written = 0;
+  for (std::size_t at = 0; at < text.size(); at += static_cast<std::size_t>(written)) {
+    written = ::write(descriptor, text.data() + at, std::min(piece, text.size() - at));
+    if (written < 0) break;
   }
-  return ::close(descriptor) == 0 && written ? 0 : 1;
+  return ::close(descriptor) == 0 && written >= 0 ? 0 : 1;
 }
 
 /// The two commands of the plug-in, without a shell.

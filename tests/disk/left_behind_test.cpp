@@ -173,6 +173,19 @@ TEST_F(LeftBehind, AnUploadWhoseCommandDoesNothingOrFailsHalfWayLeavesTheFile) {
   EXPECT_EQ(copy_contact_xml(uploaded("upload.xml").c_str()), 1) << "the shell's result";
 }
 
+TEST_F(LeftBehind, ASaveThatBeganBeforeAnUploadDoesNotUndoIt) {
+  std::future<int> upload;
+  recorded_calls::before_temporary_file([&] {  // the save has its copy of the list by now
+    upload = std::async(std::launch::async,
+                        [this] { return cfg_upload_contact(uploaded("upload.xml").c_str()); });
+    upload.wait_for(std::chrono::milliseconds(50));
+  });
+  EXPECT_EQ(contact_delay_save(), 0);
+  EXPECT_EQ(upload.get(), 0);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Zoe");
+  EXPECT_NE(read(kContacts).find("Zoe"), std::string::npos);
+}
+
 TEST_F(LeftBehind, ASaveDuringAnUploadNeitherUndoesNorSpoilsIt) {
   std::future<int> save;
   ::host::run_commands_with([&](const std::string&) {

@@ -17,6 +17,7 @@ class PowerCut : public DiskPhone {
   /// Makes a change while the disk is watched. At every moment of it a cut leaves what was there
   /// before or what is there after it, and when it returns, the latter.
   void change(const std::string& what, const std::function<void()>& make) {
+    if (HasFatalFailure()) return;
     SCOPED_TRACE(what);
     if (!disk_.has_value()) disk_.emplace(recorded_calls::watch(root()));
     ++figures().operations;

@@ -58,7 +58,7 @@ class Record {
     if (!due || !short_write_) return due;
     short_write_ = false;
     size /= 2;
-    fail_at_ = calls_.size();
+    if (error_ != 0) fail_at_ = calls_.size();
     return false;
   }
 
@@ -156,7 +156,10 @@ int open_by(const char* name, const char* path, int flags, mode_t mode) {
   return descriptor;
 }
 
+std::function<void()> interruption;
+
 int make_by(const char* name, char* pattern, int flags) {
+  if (const auto interrupt = std::exchange(interruption, nullptr)) interrupt();
   const auto real = next<int(char*, int)>(name);
   if (!record().sees(pattern)) return real(pattern, flags);
   if (record().fails(Kind::kCreate)) return -1;
@@ -194,9 +197,9 @@ std::vector<Known> watch(const std::string& folder) { return record().watch(fold
 void stop() { record() = {}; }
 std::vector<Event> take_events() { return record().take_events(); }
 const std::vector<Kind>& calls() { return record().calls(); }
-void fail(std::size_t call, int error, bool after_short_write) {
-  record().fail(call, error, after_short_write);
-}
+void fail(std::size_t call, int error) { record().fail(call, error, false); }
+void cut_short(std::size_t call, int error) { record().fail(call, error, true); }
+void before_temporary_file(std::function<void()> call) { interruption = std::move(call); }
 bool failed() { return record().failed(); }
 
 }  // namespace recorded_calls

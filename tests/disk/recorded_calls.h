@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -43,10 +44,15 @@ std::vector<Event> take_events();
 /// The calls since watch(), whether they changed anything or not.
 const std::vector<Kind>& calls();
 
-/// Makes the call of this number, counted from 0 as of watch(), fail once with the error. A write
-/// may get half of its bytes through first, so that the write after it fails.
-void fail(std::size_t call, int error, bool after_short_write = false);
+/// Makes the call of this number, counted from 0 as of watch(), fail once with the error.
+void fail(std::size_t call, int error);
+/// Lets the write of this number get half of its bytes through; the next call fails if there is an
+/// error.
+void cut_short(std::size_t call, int error);
 /// True when the call to fail was reached.
 bool failed();
+
+/// Calls this once, before the next temporary file is made.
+void before_temporary_file(std::function<void()> call);
 
 }  // namespace recorded_calls

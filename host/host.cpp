@@ -8,8 +8,8 @@ namespace host {
 namespace {
 
 constexpr int kPhonebookLock = 45081;
-constexpr const char* kImportedFiles[] = {"/config/Phone/Contact/Contact.xml",
-                                          "/config/Phone/Contact/Blacklist.xml"};
+/// What deskphone replaces under a FileBackup.
+constexpr const char* kBackedUpFiles[] = {"/config/Phone/Contact/Blacklist.xml"};
 constexpr char kSettings[] = "/config/settings.json";
 
 }  // namespace
@@ -21,7 +21,7 @@ void Host::bind(decltype(&cfgxml_cb_init) fill_table) { callbacks_.fill(fill_tab
 void Host::open_profile(const std::filesystem::path& root) {
   root_ = root;
   settings_.open(on_disk(kSettings));
-  for (const char* file : kImportedFiles) FileBackup::recover(on_disk(file));
+  for (const char* file : kBackedUpFiles) FileBackup::recover(on_disk(file));
 }
 
 std::filesystem::path Host::on_disk(const char* path) const { return root_.string() + path; }

@@ -19,7 +19,7 @@ using host::Saver;
 
 constexpr int kLock = 45081;
 constexpr char kContactFile[] = "/config/Phone/Contact/Contact.xml";
-constexpr char kBackup[] = "/config/Phone/Contact/Contact.xml.before-import";
+constexpr char kBackup[] = "/config/Phone/Contact/Contact.xml.before-change";
 
 class HostTest : public phone_test::Phone {
  protected:

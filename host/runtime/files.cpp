@@ -65,7 +65,8 @@ bool write_synced(const fs::path& file, const std::string& content) {
 
 std::optional<std::string> read(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  if (!stream || !fs::is_regular_file(file)) return std::nullopt;
+  std::error_code error;
+  if (!stream || !fs::is_regular_file(file, error)) return std::nullopt;
   std::string content{std::istreambuf_iterator<char>(stream), {}};
   if (stream.bad()) return std::nullopt;
   return content;

@@ -1,5 +1,7 @@
 // Reading and writing the host's three blocks: the init slots, the switches of deferred saving, and
 // the save that ends every change.
+#include "binding/saving.h"
+
 #include <cfgxml/binding.h>
 #include <cfgxml/host.h>
 
@@ -49,6 +51,10 @@ int save(const Kind& kind, List* (*host_list)()) {
 }
 
 }  // namespace
+
+bool writes_contacts_at_once() { return !contacts.deferred; }
+bool writes_blacklist_at_once() { return !blacklist.deferred; }
+
 }  // namespace cfgxml::binding
 
 using namespace cfgxml::binding;  // NOLINT(google-build-using-namespace): the file is about them

@@ -3,15 +3,17 @@
 #include <cfgxml/host.h>
 
 #include <string>
-#include <utility>
 
-#include "csv/rows.h"
+#include "csv/columns.h"
+#include "support/durable.h"
 #include "support/lock.h"
 #include "support/paths.h"
 #include "support/text.h"
 
 namespace cfgxml::csv {
 namespace {
+
+constexpr mode_t kMode = 0644;  // of a new file
 
 /// The first of the host's groups that has the name, free slots included; an empty one for none.
 const GROUP_DATA_T& group_of(const char* name) {
@@ -65,37 +67,21 @@ void append_value(std::string& line, Value value, const CONTACT_SUMMARY_T& conta
   }
 }
 
-void make_header(std::string& line) {
+void append_header(std::string& text) {
   for (const Column& column : kColumns) {
-    if (&column != kColumns) line += ',';
-    line += column.name;
+    if (&column != kColumns) text += ',';
+    text += column.name;
   }
-  line += '\n';
+  text += '\n';
 }
 
-void make_row(std::string& line, const CONTACT_SUMMARY_T& contact) {
-  line.clear();
+void append_row(std::string& text, const CONTACT_SUMMARY_T& contact) {
   const GROUP_DATA_T& group = group_of(contact.Group);
   for (const Column& column : kColumns) {
-    if (&column != kColumns) line += ',';
-    append_value(line, column.exported, contact, group);
+    if (&column != kColumns) text += ',';
+    append_value(text, column.exported, contact, group);
   }
-  line += '\n';
-}
-
-bool write(std::FILE* file, const std::string& line) {
-  return std::fwrite(line.data(), 1, line.size(), file) == line.size();
-}
-
-bool write_file(File file, std::string& line, const CONTACT_SUMMARY_T* contact) {
-  make_header(line);
-  bool written = write(file.get(), line);
-  for (; written && contact != nullptr; contact = contact->next) {
-    make_row(line, *contact);
-    written = write(file.get(), line);
-  }
-  const bool closed = std::fclose(file.release()) == 0;
-  return written && closed;
+  text += '\n';
 }
 
 int export_contacts(const char* path, const CONTACT_SUMMARY_T* summary, const char* function) {
@@ -103,13 +89,12 @@ int export_contacts(const char* path, const CONTACT_SUMMARY_T* summary, const ch
     rl_log_err("%s: Bad parameters", function);
     return -1;
   }
-  std::string line;
-  line.reserve(kLineCapacity);  // before the old file is gone: nothing else allocates
-  File file = open_to_replace(paths::on_disk(path));
-  if (file == nullptr) return -1;
-  if (write_file(std::move(file), line, summary)) return 0;
-  rl_log_err("%s failed: file <%s> can not be written.", function, path);
-  return -1;
+  std::string text;
+  append_header(text);
+  for (const CONTACT_SUMMARY_T* contact = summary; contact != nullptr; contact = contact->next) {
+    append_row(text, *contact);
+  }
+  return durable::replace(paths::on_disk(path), text, kMode) ? 0 : -1;
 }
 
 }  // namespace

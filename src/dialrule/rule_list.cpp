@@ -1,10 +1,7 @@
 // The operations on a list of dial rules that do not look into a rule.
 #include "dialrule/rule_list.h"
 
-#include <string>
-
-#include "support/paths.h"
-#include "support/shell.h"
+#include "support/copy_over.h"
 
 namespace cfgxml::dialrule {
 namespace {
@@ -29,11 +26,7 @@ int upload_rules(const ListPlace& place, const char* worker, const char* validat
     rl_log_err("%s failed: file is invalid.", worker);
     return -1;
   }
-  const std::string source = paths::on_disk(file_path);
-  const std::string target = paths::on_disk(place.path);
-  if (!shell::can_copy(source.c_str(), target.c_str())) return -1;
-  shell::copy_file(source.c_str(), target.c_str(), kUploadWords);
-  return 0;
+  return copy_over(file_path, place.path, kUploadWords) ? 0 : -1;
 }
 
 }  // namespace cfgxml::dialrule

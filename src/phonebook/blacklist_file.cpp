@@ -14,9 +14,6 @@ namespace {
 
 constexpr char kRootName[] = "BlacklistData";
 
-/// Orders the snapshots of the blacklist that are saved.
-SaveOrder blacklist_saves;
-
 int read_entries(tinyxml2::XMLElement& root, BLACK_DATA_LIST_T& list) {
   const NameIndex contact_names = NameIndex::of_contacts();
   NameIndex black_names = NameIndex::of_blacklist();
@@ -50,7 +47,7 @@ int read_blacklist_file(BLACK_DATA_LIST_T* list, const char* worker) {
   }
   if (contact_list(worker) == nullptr) return -1;
   XmlFile file(paths::kBlacklist);
-  if (!file.load()) {
+  if (!file.load_into_block()) {
     rl_log_err("%s failed,  load file <%s> failed.", worker, paths::kBlacklist);
     return -1;
   }
@@ -78,7 +75,7 @@ int write_blacklist_file(BLACK_DATA_LIST_T* list, const char* worker) {
   XmlFile file(paths::kBlacklist);
   if (!file.load()) {
     rl_log_warn("%s:load file <%s> failed, create a new file!", worker, file.path());
-    file.start_afresh();
+    if (!file.start_afresh(worker)) return -1;
   }
   tinyxml2::XMLElement* root = file.root_or_new(worker, kRootName);
   root->DeleteChildren();
@@ -96,6 +93,9 @@ int write_blacklist_file(BLACK_DATA_LIST_T* list, const char* worker) {
 }
 
 }  // namespace
+
+SaveOrder blacklist_saves;
+
 }  // namespace cfgxml::phonebook
 
 int get_blacklist_xml(const char* /*path*/, BLACK_DATA_LIST_T* list) {

@@ -105,10 +105,11 @@ int read_contact_file(const char* path, CONTACT_DATA_LIST_T* list) {
     return -1;
   }
   XmlFile file(path);
-  const bool loaded = file.load();  // while memory may run out the list is as it was
-
-  GroupSlots(list->Groups).clear();
-  clear_contacts(*list);
+  const bool loaded = file.load_into_block();
+  if (!file.is_unreadable()) {  // a disk that fails costs none of the contacts in memory
+    GroupSlots(list->Groups).clear();
+    clear_contacts(*list);
+  }
   if (!loaded) {
     rl_log_err("load file <%s> failed!", path);
     return -1;

@@ -17,14 +17,12 @@ namespace {
 
 constexpr char kRootName[] = "ContactData";
 
-/// Orders the snapshots of the contact list that are saved to Contact.xml.
-SaveOrder contact_saves;
-
-/// Loads the file or starts it afresh, and returns its root without children.
+/// Loads the file or starts it afresh, and returns its root without children; nullptr when it
+/// cannot be read.
 tinyxml2::XMLElement* open_emptied(XmlFile& file, const char* worker) {
   if (!file.load()) {
     rl_log_warn("%s:load file <%s> failed, create a new file!", worker, file.path());
-    file.start_afresh();
+    if (!file.start_afresh(worker)) return nullptr;
   }
   tinyxml2::XMLElement* root = file.root_or_new(worker, kRootName);
   root->DeleteChildren();
@@ -101,6 +99,7 @@ int write_contact_file(const char* path, CONTACT_DATA_LIST_T* list, const char* 
   }
   XmlFile file(path);
   tinyxml2::XMLElement* root = open_emptied(file, worker);
+  if (root == nullptr) return -1;
   SaveOrder::Number number = 0;
   {
     const ScopedLock hold(Lock::kPhonebook);
@@ -120,6 +119,7 @@ int write_community_file(const char* path, COMMUNITY_DATA_T* data, const char* w
   }
   XmlFile file(path);
   tinyxml2::XMLElement* root = open_emptied(file, worker);
+  if (root == nullptr) return -1;
   {
     const ScopedLock hold(Lock::kPhonebook);
     if (!content_of(*data).write(root, worker)) return -1;
@@ -128,6 +128,9 @@ int write_community_file(const char* path, COMMUNITY_DATA_T* data, const char* w
 }
 
 }  // namespace
+
+SaveOrder contact_saves;
+
 }  // namespace cfgxml::phonebook
 
 int save_contact_xml(const char* path, CONTACT_DATA_LIST_T* list) {

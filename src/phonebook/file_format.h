@@ -1,4 +1,5 @@
-// The elements and attributes of the phonebook's files, in the order in which they are written.
+// The elements and attributes of the phonebook's files, in the order in which they are written, and
+// the order of their saves.
 #pragma once
 
 #include <cfgxml/phonebook.h>
@@ -8,6 +9,10 @@
 #include "support/xml_file.h"
 
 namespace cfgxml::phonebook {
+
+/// Order the snapshots of the lists that are saved, and the uploads.
+extern SaveOrder contact_saves;
+extern SaveOrder blacklist_saves;
 
 inline constexpr char kId[] = "Id";
 inline constexpr char kGroupElement[] = "Group";

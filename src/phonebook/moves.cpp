@@ -3,10 +3,14 @@
 #include <cfgxml/host.h>
 #include <cfgxml/phonebook.h>
 
+#include "binding/saving.h"
 #include "phonebook/blacklist.h"
 #include "phonebook/contacts.h"
 #include "phonebook/tables.h"
+#include "support/durable.h"
 #include "support/lock.h"
+#include "support/paths.h"
+#include "support/xml_file.h"
 
 namespace cfgxml::phonebook {
 namespace {
@@ -68,15 +72,32 @@ int _cfg_mov_black_data(int id) {
   return 0;
 }
 
+/// A move writes the file that loses the record before the one that gains it. Where these writes
+/// are not left to the host, the first file is kept as it was until both are done, so that a cut in
+/// between does not leave the record in neither.
+int keep_during(int (*move)(int), int id, const char* losing_file, bool writes_at_once) {
+  durable::Before before;
+  if (writes_at_once && XmlFile(losing_file).load()) before.copy(paths::on_disk(losing_file));
+  const int result = move(id);
+  before.drop();
+  return result;
+}
+
 }  // namespace
 }  // namespace cfgxml::phonebook
 
 using namespace cfgxml;             // NOLINT(google-build-using-namespace): the boundary
 using namespace cfgxml::phonebook;  // NOLINT(google-build-using-namespace): the boundary
 
-int mov_contact_data(int id) { return guarded(-1, _cfg_mov_contact_data, id); }
+int mov_contact_data(int id) {
+  return guarded(-1, keep_during, _cfg_mov_contact_data, id, paths::kContacts,
+                 binding::writes_contacts_at_once());
+}
 
-int mov_black_data(int id) { return guarded(-1, _cfg_mov_black_data, id); }
+int mov_black_data(int id) {
+  return guarded(-1, keep_during, _cfg_mov_black_data, id, paths::kBlacklist,
+                 binding::writes_blacklist_at_once());
+}
 
 int cfg_mov_contact_data(int id) {
   return under_lock(Lock::kPhonebook, -1, adapter_move_contact_to_blackList, id);

@@ -6,10 +6,9 @@
 
 #include "phonebook/file_format.h"
 #include "phonebook/tables.h"
+#include "support/copy_over.h"
 #include "support/lock.h"
 #include "support/paths.h"
-#include "support/shell.h"
-#include "support/xml_file.h"
 
 namespace cfgxml::phonebook {
 namespace {
@@ -17,13 +16,15 @@ namespace {
 /// What the host's shell receives with the copy of a phonebook file.
 constexpr shell::HostWords kCopyWords{20, 3};
 
-int copy_over(const char* source, const char* destination) {
-  return shell::copy_file(paths::on_disk(source).c_str(), paths::on_disk(destination).c_str(),
-                          kCopyWords);
+/// A save that began before does not undo the copy.
+int copy_contacts(const char* source) {
+  const auto copy = [source] { return copy_over(source, paths::kContacts, kCopyWords); };
+  return contact_saves.replace(copy).value_or(-1);
 }
 
-bool can_copy_over(const char* source, const char* destination) {
-  return shell::can_copy(paths::on_disk(source).c_str(), paths::on_disk(destination).c_str());
+bool copy_blacklist(const char* source) {
+  const auto copy = [source] { return copy_over(source, paths::kBlacklist, kCopyWords); };
+  return blacklist_saves.replace(copy).has_value();
 }
 
 int check_contact_file(const char* path, const char* worker) {
@@ -60,8 +61,7 @@ int _cfg_upload_blacklist(const char* path) {
     rl_log_err("%s failed: file is invalid.", __func__);
     return -1;
   }
-  if (!can_copy_over(path, paths::kBlacklist)) return -1;
-  copy_over(path, paths::kBlacklist);
+  if (!copy_blacklist(path)) return -1;
   return adapter_read_file_ex(cfg_get_black_list(), paths::kBlacklist);
 }
 
@@ -75,7 +75,7 @@ int is_valid_contact_file_xml(const char* path) {
   return guarded(0, check_contact_file, path, __func__);
 }
 
-int copy_contact_xml(const char* path) { return guarded(-1, copy_over, path, paths::kContacts); }
+int copy_contact_xml(const char* path) { return guarded(-1, copy_contacts, path); }
 
 int cfg_upload_contact(const char* path) {
   return under_lock(Lock::kPhonebook, -1, _cfg_upload_contact, path);

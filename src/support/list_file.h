@@ -31,7 +31,7 @@ class ListFile {
 
   /// Opens the file for a change, and gives its list. A file that does not load, a root and a list
   /// that are missing are started afresh, which is logged for the worker; nullptr when there is no
-  /// file.
+  /// file, or one that cannot be read.
   tinyxml2::XMLElement* open(const char* worker);
 
   int save(const char* worker) { return file_.save(worker); }

@@ -1,13 +1,13 @@
 #include "support/paths.h"
 
-#include <string_view>
+#include <algorithm>
+#include <iterator>
 
 namespace cfgxml::paths {
 namespace {
 
-constexpr std::string_view kFiles[] = {kContacts, kBlacklist,   kHistory,
-                                       kDialNow,  kDialReplace, kBlockOut,
-                                       kMessages, kTimezones,   kNotifications};
+constexpr std::string_view kDataFiles[] = {kContacts,    kBlacklist, kHistory,  kDialNow,
+                                           kDialReplace, kBlockOut,  kMessages, kNotifications};
 constexpr std::string_view kFamilies[] = {kRemoteBook, kFactoryDocuments};
 
 std::string& root() {
@@ -16,9 +16,7 @@ std::string& root() {
 }
 
 bool is_own(std::string_view path) {
-  for (std::string_view file : kFiles) {
-    if (path == file) return true;
-  }
+  if (is_data_file(path) || path == kTimezones) return true;
   for (std::string_view family : kFamilies) {
     if (path.substr(0, family.size()) == family) return true;
   }
@@ -30,6 +28,10 @@ bool is_own(std::string_view path) {
 void set_root(const char* directory) {
   root() = directory != nullptr ? directory : "";
   while (!root().empty() && root().back() == '/') root().pop_back();
+}
+
+bool is_data_file(std::string_view path) {
+  return std::find(std::begin(kDataFiles), std::end(kDataFiles), path) != std::end(kDataFiles);
 }
 
 std::string on_disk(const char* path) {

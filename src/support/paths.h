@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace cfgxml::paths {
 
@@ -21,6 +22,9 @@ inline constexpr char kFactoryDocuments[] = "/app/factory/Static/XMLBrowser/";
 
 /// Sets the storage root; not safe beside other calls.
 void set_root(const char* directory);
+
+/// True for the files that the library writes itself.
+bool is_data_file(std::string_view path);
 
 /// Where a file really is: below the storage root when the path is one of the library's own, else
 /// the path itself.

@@ -2,42 +2,62 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
+#include <cerrno>
 #include <new>
 
 namespace cfgxml {
 namespace {
 
-constexpr mode_t kMode = 0666;  // less the process's mask
+/// No file of a phone comes near; a sparse one from outside is not given the memory.
+constexpr off_t kLargestFile = 256 << 20;
 
-/// Not waiting matters for pipes only; a regular file reads and writes as ever.
-int open_regular(const std::string& file, int flags) {
-  const int descriptor = ::open(file.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kMode);
-  struct stat status {};
-  if (descriptor < 0 || (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))) {
-    return descriptor;
-  }
-  ::close(descriptor);
-  return -1;
+/// Not waiting matters for pipes only; a regular file reads as ever.
+Descriptor open_for_reading(const std::string& file) {
+  return Descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
 }
 
-/// An open file fails to become a stream only for want of memory, which says nothing of the file.
-File stream_of(int descriptor, const char* mode) {
-  if (descriptor < 0) return nullptr;
-  File file(::fdopen(descriptor, mode));
-  if (file != nullptr) return file;
-  ::close(descriptor);
-  throw std::bad_alloc();
+/// Nothing is there, or a socket.
+bool is_no_file(int error) { return error == ENOENT || error == ENOTDIR || error == ENXIO; }
+
+/// Reads up to text.size() bytes, and cuts the text to what there was.
+bool read_all(const Descriptor& file, std::string& text) {
+  std::size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t count = ::read(file.number(), text.data() + done, text.size() - done);
+    if (count == 0) break;
+    if (count > 0) {
+      done += static_cast<std::size_t>(count);
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  text.resize(done);
+  return true;
 }
 
 }  // namespace
 
-File open_to_read(const std::string& file) { return stream_of(open_regular(file, O_RDONLY), "rb"); }
+Reading read_file(const std::string& file, std::string& text) {
+  const Descriptor descriptor = open_for_reading(file);
+  if (!descriptor.is_open()) return is_no_file(errno) ? Reading::kNoFile : Reading::kUnreadable;
+  struct stat status {};
+  if (::fstat(descriptor.number(), &status) != 0) return Reading::kUnreadable;
+  if (!S_ISREG(status.st_mode) || status.st_size > kLargestFile) return Reading::kNoFile;
+  text.resize(static_cast<std::size_t>(status.st_size));
+  return read_all(descriptor, text) ? Reading::kWhole : Reading::kUnreadable;
+}
 
-File open_to_replace(const std::string& file) {
-  File opened = stream_of(open_regular(file, O_RDWR | O_CREAT), "w+b");
-  if (opened == nullptr || ::ftruncate(::fileno(opened.get()), 0) != 0) return nullptr;
+File open_to_read(const std::string& file) {
+  Descriptor descriptor = open_for_reading(file);
+  struct stat status {};
+  if (!descriptor.is_open() || ::fstat(descriptor.number(), &status) != 0 ||
+      !S_ISREG(status.st_mode)) {
+    return nullptr;
+  }
+  File opened(::fdopen(descriptor.number(), "rb"));
+  if (opened == nullptr) throw std::bad_alloc();  // an open file lacks nothing else
+  descriptor.release();
   return opened;
 }
 

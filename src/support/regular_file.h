@@ -1,23 +1,52 @@
-// Regular files opened for the C library's buffered reading and writing. A folder, a pipe or a
-// device in place of one is refused and never waited for.
+// Regular files opened for reading, and read whole. A folder, a pipe or a device in place of one is
+// refused and never waited for.
 #pragma once
+
+#include <unistd.h>
 
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace cfgxml {
+
+/// An open file of the system's, closed with its owner; -1 for none.
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  ~Descriptor() {
+    if (is_open()) ::close(number_);
+  }
+  Descriptor(Descriptor&& other) noexcept : number_(other.release()) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+
+  bool is_open() const { return number_ >= 0; }
+  int number() const { return number_; }
+  int release() { return std::exchange(number_, -1); }
+
+ private:
+  int number_;
+};
+
+/// How reading a file ended. What is kUnreadable may be a good file: the disk failed, or memory,
+/// descriptors or rights were short.
+enum class Reading { kWhole, kNoFile, kUnreadable };
+
+/// Reads a regular file whole. kNoFile also for what is no regular file, and for one larger than
+/// any of a phone's.
+Reading read_file(const std::string& file, std::string& text);
 
 struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-/// Opens a file for reading; nullptr when that fails. Throws std::bad_alloc when memory is out.
+/// Opens a file for the C library's buffered reading; nullptr when that fails. Throws
+/// std::bad_alloc when memory is out.
 File open_to_read(const std::string& file);
-
-/// Opens a file for writing, created or emptied; nullptr when that fails. Throws std::bad_alloc,
-/// and leaves a file as it is, when memory is out.
-File open_to_replace(const std::string& file);
 
 }  // namespace cfgxml

@@ -1,12 +1,14 @@
 #include "support/xml_file.h"
 
 #include <cfgxml/host.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <cstdlib>
+#include <exception>
+#include <functional>
+#include <iterator>
+#include <string_view>
+#include <type_traits>
 
 #include "support/paths.h"
 #include "support/regular_file.h"
@@ -16,57 +18,36 @@
 namespace cfgxml {
 namespace {
 
-/// No file of a phone comes near; a sparse one from outside is not given the memory.
-constexpr off_t kLargestFile = 256 << 20;
-
-bool read_all(const File& file, std::string& text) {
-  struct stat status {};
-  if (file == nullptr || ::fstat(::fileno(file.get()), &status) != 0) return false;
-  if (status.st_size > kLargestFile) return false;
-  text.resize(static_cast<std::size_t>(status.st_size));
-  text.resize(std::fread(text.data(), 1, text.size(), file.get()));
-  return std::ferror(file.get()) == 0;
-}
-
-/// A new file beside the one to replace, removed again unless it is renamed over it.
-class TemporaryFile {
+/// The files that a block of the host's should hold but does not, because they could not be read.
+/// Noting one takes no memory, which may be what was missing. Of two files whose hashes are the
+/// same both count; that costs a copy kept aside. There are three blocks.
+class Unread {
  public:
-  explicit TemporaryFile(const std::string& target) : name_(target + ".tmpXXXXXX") {
-    const int descriptor = ::mkostemp(name_.data(), O_CLOEXEC);
-    if (descriptor < 0) return;
-    exists_ = true;
-    stream_.reset(::fdopen(descriptor, "wb"));
-    if (stream_ == nullptr) ::close(descriptor);
+  void note(const std::string& file, bool unread) {
+    const std::lock_guard<std::mutex> hold(mutex_);
+    std::size_t* place = find(hash_of(file));
+    if (unread && place == std::end(hashes_)) place = find(kNone);
+    if (place != std::end(hashes_)) *place = unread ? hash_of(file) : kNone;
   }
-  ~TemporaryFile() {
-    if (exists_) ::unlink(name_.c_str());
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  bool write(const char* text, std::size_t size) {
-    return stream_ != nullptr && std::fwrite(text, 1, size, stream_.get()) == size;
-  }
-
-  bool sync(mode_t mode) {
-    const int descriptor = ::fileno(stream_.get());
-    const bool synced = std::fflush(stream_.get()) == 0 && std::ferror(stream_.get()) == 0 &&
-                        ::fchmod(descriptor, mode) == 0 && ::fsync(descriptor) == 0;
-    const bool closed = std::fclose(stream_.release()) == 0;
-    return synced && closed;
-  }
-
-  bool rename_over(const std::string& target) {
-    if (::rename(name_.c_str(), target.c_str()) != 0) return false;
-    exists_ = false;
-    return true;
+  bool has(const std::string& file) {
+    const std::lock_guard<std::mutex> hold(mutex_);
+    return find(hash_of(file)) != std::end(hashes_);
   }
 
  private:
-  std::string name_;
-  bool exists_ = false;
-  File stream_;
+  static constexpr std::size_t kNone = 0;
+
+  static std::size_t hash_of(const std::string& file) { return std::hash<std::string>()(file) | 1; }
+  std::size_t* find(std::size_t hash) {
+    return std::find(std::begin(hashes_), std::end(hashes_), hash);
+  }
+
+  std::mutex mutex_;
+  std::size_t hashes_[16] = {};  // guarded by mutex_
 };
+/// A host may save as late as in its own destructors.
+static_assert(std::is_trivially_destructible_v<Unread>);
+Unread unread_files;
 
 /// The XML library takes text outside the root, but could not read again what it would write of it.
 void drop_loose_text(tinyxml2::XMLDocument& document) {
@@ -77,32 +58,40 @@ void drop_loose_text(tinyxml2::XMLDocument& document) {
   }
 }
 
-std::string folder_of(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
-}
-
-bool sync_folder(const std::string& folder) {
-  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return false;
-  const bool synced = ::fsync(descriptor) == 0;
-  ::close(descriptor);
-  return synced;
-}
-
 }  // namespace
 
 XmlFile::XmlFile(const char* path, Privacy privacy)
-    : path_(path),
-      file_(paths::on_disk(path)),
-      privacy_(privacy),
-      document_(true, tinyxml2::PRESERVE_WHITESPACE) {}
+    : privacy_(privacy), document_(true, tinyxml2::PRESERVE_WHITESPACE) {
+  open(path);
+}
+
+/// A file that was to be started afresh takes its place again when memory ran out on the way.
+XmlFile::~XmlFile() {
+  if (std::uncaught_exceptions() == 0) aside_.keep_aside();
+}
+
+void XmlFile::open(const char* path) {
+  path_ = path;
+  file_ = paths::on_disk(path);
+  own_ = paths::is_data_file(path);
+  restored_ = !own_ || durable::restore(file_);
+  usable_ = restored_;
+}
 
 bool XmlFile::exists() const { return rl_access(file_.c_str(), 0) == 0; }
 
 bool XmlFile::load() {
   std::string text;
-  return read_all(open_to_read(file_), text) && parse(text.c_str());
+  const Reading reading = restored_ ? read_file(file_, text) : Reading::kUnreadable;
+  usable_ = reading != Reading::kUnreadable;
+  return reading == Reading::kWhole && parse(text.c_str());
+}
+
+bool XmlFile::load_into_block() {
+  unread_files.note(file_, true);  // also when memory runs out on the way
+  const bool loaded = load();
+  unread_files.note(file_, is_unreadable());
+  return loaded;
 }
 
 bool XmlFile::parse(const char* text) {
@@ -111,27 +100,31 @@ bool XmlFile::parse(const char* text) {
   return true;
 }
 
-void XmlFile::keep_aside() {
-  struct stat status {};
-  if (::stat(file_.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return;
-  const std::string aside = file_ + ".corrupt";
-  if (::rename(file_.c_str(), aside.c_str()) != 0) {
-    rl_log_err("%s failed: <%s> can not be kept as <%s>.", __func__, path_.c_str(), aside.c_str());
+/// A file that another thread was replacing when load() failed may be complete by now. One that is
+/// still being replaced is left to that thread: this document is saved behind it.
+template <typename Remove>
+bool XmlFile::start_afresh_by(const char* worker, Remove remove) {
+  const auto step = durable::hold();
+  if (usable_ && load()) return true;
+  if (usable_ && !durable::is_being_changed(file_)) {
+    usable_ = aside_.move(file_);
+    if (usable_) remove(file_.c_str());
   }
-}
-
-void XmlFile::start_afresh() {
-  keep_aside();
-  shell::remove_file(file_.c_str());
+  if (!usable_) {
+    rl_log_err("%s:load file <%s> failed.", worker, path_.c_str());
+    return false;
+  }
   document_.Clear();
   document_.InsertEndChild(document_.NewDeclaration());
+  return true;
 }
 
-void XmlFile::start_afresh(shell::HostWords words) {
-  keep_aside();
-  shell::remove_file(file_.c_str(), words);
-  document_.Clear();
-  document_.InsertEndChild(document_.NewDeclaration());
+bool XmlFile::start_afresh(const char* worker) {
+  return start_afresh_by(worker, [](const char* file) { shell::remove_file(file); });
+}
+
+bool XmlFile::start_afresh(const char* worker, shell::HostWords words) {
+  return start_afresh_by(worker, [words](const char* file) { shell::remove_file(file, words); });
 }
 
 tinyxml2::XMLElement* XmlFile::root_or_new(const char* worker, const char* name) {
@@ -152,28 +145,28 @@ tinyxml2::XMLElement* XmlFile::child_or_new(tinyxml2::XMLElement* parent, const 
 }
 
 void XmlFile::redirect(const char* path) {
-  path_ = path;
-  file_ = paths::on_disk(path);
+  if (path_ != path) open(path);
 }
 
 bool XmlFile::replace_file() {
-  struct stat old {};
-  const bool replaces = ::stat(file_.c_str(), &old) == 0;
-  const mode_t fresh = privacy_ == Privacy::kPrivate ? 0600 : 0644;
-  const mode_t mode = replaces ? old.st_mode & 07777 : fresh;
-
   // In memory first: the printer writes a word at a time.
   tinyxml2::XMLPrinter text;
   document_.Print(&text);
 
-  const std::string folder = folder_of(file_);  // nothing is allocated behind the rename
-  TemporaryFile temporary(file_);
-  return temporary.write(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1) &&
-         temporary.sync(mode) && temporary.rename_over(file_) && sync_folder(folder);
+  if (own_) durable::sweep(file_);
+  if (unread_files.has(file_) && !aside_.move(file_)) return false;
+  const std::string_view content(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1);
+  if (!durable::replace(file_, content, privacy_ == Privacy::kPrivate ? 0600 : 0644)) {
+    aside_.put_back();
+    return false;
+  }
+  if (!aside_.keep_aside()) return false;
+  unread_files.note(file_, false);
+  return true;
 }
 
 int XmlFile::save(const char* worker) {
-  if (replace_file()) return 0;
+  if (usable_ && replace_file()) return 0;
   rl_log_err("%s doc.SaveFile failed.", worker);
   return -1;
 }

@@ -8,7 +8,9 @@
 #include <limits>
 #include <mutex>
 #include <string>
+#include <utility>
 
+#include "support/durable.h"
 #include "support/shell.h"
 
 namespace cfgxml {
@@ -20,22 +22,34 @@ class XmlFile {
   /// Who may read a file that the library creates. A file that is replaced keeps its mode.
   enum class Privacy { kShared, kPrivate };
 
+  /// Opening a data file of the library's first puts back what an interrupted change left of it.
   explicit XmlFile(const char* path, Privacy privacy = Privacy::kShared);
+  ~XmlFile();
+  XmlFile(const XmlFile&) = delete;
+  XmlFile& operator=(const XmlFile&) = delete;
 
   /// True when there is something at the path, as the host sees it.
   bool exists() const;
 
   /// Reads the file; false when it is missing, no regular file, not well-formed, or beyond the
-  /// limits of xml_limits.h.
+  /// limits of xml_limits.h, and when it cannot be read, which is_unreadable() tells apart.
   bool load();
+  /// load() for one of the host's blocks. A file that cannot be read is remembered: the block never
+  /// held what it holds, so the next save keeps it as "<file>.corrupt" and does not write over it.
+  bool load_into_block();
+  /// True when the last load() failed though the file may be a good one: the disk failed, or
+  /// memory, descriptors or rights were short.
+  bool is_unreadable() const { return !usable_; }
   /// Reads a text in place of the file; false when it is not well-formed or beyond the limits.
   bool parse(const char* text);
 
-  /// Makes an empty document with an XML declaration in place of a file that did not load. What the
-  /// file held is kept as "<file>.corrupt", and the file is removed with "rm -f".
-  void start_afresh();
+  /// Makes an empty document with an XML declaration in place of a file that did not load. The file
+  /// is removed with "rm -f", and what it held is kept as "<file>.corrupt"; a save that fails puts
+  /// it back. False, with "%s:load file <%s> failed." logged for the worker, when the file cannot
+  /// be read or kept: it stays then.
+  bool start_afresh(const char* worker);
   /// The same, removing the file through the host's shell.
-  void start_afresh(shell::HostWords words);
+  bool start_afresh(const char* worker, shell::HostWords words);
 
   /// The document's first element, or nullptr.
   tinyxml2::XMLElement* root() { return document_.RootElement(); }
@@ -51,20 +65,28 @@ class XmlFile {
   /// Makes save() replace another file than the one that was loaded.
   void redirect(const char* path);
 
-  /// Replaces the file with the document, indented: written beside it, synced, and renamed over it,
-  /// so that the file is the old one or the new one at any moment. On failure the old file stays,
-  /// "%s doc.SaveFile failed." is logged for the worker, and the result is -1; else 0.
+  /// Replaces the file with the document, indented, by durable::replace: the file is the old one or
+  /// the new one at any moment. On failure the old file stays, "%s doc.SaveFile failed." is logged
+  /// for the worker, and the result is -1; else 0, and the new file is on the disk. -1 is also the
+  /// result when all that failed is the sync of the folder behind the new file: a caller that saves
+  /// again gets the certainty that it was refused.
   int save(const char* worker);
 
   const char* path() const { return path_.c_str(); }
 
  private:
-  void keep_aside();
+  void open(const char* path);
+  template <typename Remove>
+  bool start_afresh_by(const char* worker, Remove remove);
   bool replace_file();
 
   std::string path_;
   std::string file_;
   Privacy privacy_;
+  bool own_ = false;  // a data file: whatever lies beside it is the library's
+  bool restored_ = false;
+  bool usable_ = false;  // false while nothing is known of what the file holds
+  durable::Before aside_;
   tinyxml2::XMLDocument document_;
 };
 
@@ -128,6 +150,16 @@ class SaveOrder {
 
   /// Saves the document unless a newer snapshot is on disk already; the result of XmlFile::save.
   int save(Number number, XmlFile& file, const char* worker);
+
+  /// Replaces the file in another way, which counts as the newest snapshot when it gives 0.
+  template <typename Replace>
+  auto replace(Replace&& replace) {
+    const std::lock_guard<std::mutex> hold(mutex_);
+    const Number number = take();
+    const auto result = std::forward<Replace>(replace)();
+    if (result == 0) saved_ = number;
+    return result;
+  }
 
  private:
   std::atomic<Number> taken_{0};

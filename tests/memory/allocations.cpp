@@ -120,40 +120,53 @@ Answer answer(const void* caller) {
 
 // ---- What is in use -----------------------------------------------------------------------------
 
-/// The blocks of the plug-in, in an open table; one thread at a time is watched.
+/// The blocks of the plug-in, in an open table; one thread at a time is watched. What is lost must
+/// not look as if it were reachable from here, so the bits of the addresses are turned.
 class BlocksInUse {
  public:
   void add(const void* block) {
     if (block == nullptr) return;
     std::size_t place = place_of(block);
-    while (table_[place] != nullptr && table_[place] != &gone_) place = next(place);
-    table_[place] = block;
+    while (table_[place] != kFree && table_[place] != kGone) place = next(place);
+    table_[place] = turned(block);
     ++count_;
   }
 
   void remove(const void* block) {
     if (count_ == 0 || block == nullptr) return;
-    for (std::size_t place = place_of(block); table_[place] != nullptr; place = next(place)) {
-      if (table_[place] != block) continue;
-      table_[place] = &gone_;
-      if (--count_ == 0) table_.fill(nullptr);
+    for (std::size_t place = place_of(block); table_[place] != kFree; place = next(place)) {
+      if (table_[place] != turned(block)) continue;
+      table_[place] = kGone;
+      if (--count_ == 0) table_.fill(kFree);
       return;
     }
   }
 
   int count() const { return count_; }
 
+  void forget(void (*visit)(const void* block)) {
+    for (const std::uintptr_t place : table_) {
+      if (place != kFree && place != kGone) visit(reinterpret_cast<const void*>(~place));
+    }
+    table_.fill(kFree);
+    count_ = 0;
+  }
+
  private:
   static constexpr std::size_t kPlaces = 1 << 14;
+  static constexpr std::uintptr_t kFree = 0;
+  static constexpr std::uintptr_t kGone = 1;  // the turned address of no block
 
+  static std::uintptr_t turned(const void* block) {
+    return ~reinterpret_cast<std::uintptr_t>(block);
+  }
   static std::size_t place_of(const void* block) {
     return (reinterpret_cast<std::uintptr_t>(block) >> 4) * 2654435761U % kPlaces;
   }
   static std::size_t next(std::size_t place) { return (place + 1) % kPlaces; }
 
-  std::array<const void*, kPlaces> table_ = {};
+  std::array<std::uintptr_t, kPlaces> table_ = {};
   int count_ = 0;
-  static constexpr char gone_ = 0;
 };
 
 BlocksInUse in_use;
@@ -248,6 +261,7 @@ int Watch::asked() const { return state.asked; }
 int Watch::refused() const { return state.refused; }
 
 int blocks_in_use() { return in_use.count(); }
+void forget_blocks(void (*visit)(const void* block)) { in_use.forget(visit); }
 
 }  // namespace memory_test
 

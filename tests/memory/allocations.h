@@ -27,4 +27,7 @@ class Watch {
 /// Blocks that the plug-in got while it was watched, and that nobody has freed since.
 int blocks_in_use();
 
+/// Shows the visitor every block in use, and follows them no longer.
+void forget_blocks(void (*visit)(const void* block));
+
 }  // namespace memory_test

@@ -142,6 +142,13 @@ void with_rules(Stage& stage) {
   stage.write("/import/rules.xml", kRules);
 }
 
+/// Lists that are started afresh.
+void with_broken_files(Stage& stage) {
+  stage.write(kDialNowFile, "<Dial><DialNow>");
+  stage.write("/config/Network/Rcpe/RcpeNotify.xml", "<cwmp:notification>");
+  stage.write("/config/Phone/History/History.xml", "<History>");
+}
+
 template <typename Rule>
 Rule rule();
 template <>
@@ -200,6 +207,8 @@ Scenarios rule_scenarios() {
       {"cfg_get_dialnow_list", "", with_rules, listed<cfg_get_dialnow_list>, kEndsEarly},
       {"cfg_get_dialnow_data", "", with_rules, got<cfg_get_dialnow_data, Now>, "-1"},
       {"cfg_add_dialnow_data", "", with_rules, rule_added<cfg_add_dialnow_data, Now>, "-1"},
+      {"cfg_add_dialnow_data", "afresh", with_broken_files, rule_added<cfg_add_dialnow_data, Now>,
+       "-1", kBlockLost},
       {"cfg_set_dialnow_data", "", with_rules, rule_set<cfg_set_dialnow_data, Now>, "-1"},
       {"cfg_remove_dialnow_data", "", with_rules, removed<cfg_remove_dialnow_data>, "-1"},
       {"cfg_upload_dialnow", "", with_rules, uploaded<cfg_upload_dialnow>, "-1"},
@@ -324,6 +333,11 @@ Scenarios zone_scenarios() {
       {"cfg_get_notification_list", "", with_notifications, listed<cfg_get_notification_list>,
        kEndsEarly},
       {"cfg_save_notification_list", "", with_notifications, notifications_saved, "-1"},
+      {"cfg_save_notification_list", "afresh", with_broken_files, notifications_saved, "-1",
+       kBlockLost},
+      {"get_history_xml", "afresh", with_broken_files,
+       [](Stage& stage) { return result_of(stage.call(get_history_xml, "", &stage.history())); },
+       "-1", kBlockLost},
       {"cfg_destory_notification_list", "", with_notifications, notifications_released, nullptr},
   };
 }

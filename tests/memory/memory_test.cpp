@@ -44,6 +44,22 @@ Scenarios all_scenarios() {
   return all;
 }
 
+/// The XML library gets its elements in blocks of 4 KB, and loses the one at hand when the table of
+/// the blocks has to grow and there is no memory for that; and it loses the 1000 bytes in which it
+/// words an error when there is no memory to keep them. From outside there is nothing to free.
+void ignore_lost([[maybe_unused]] const void* block) {
+#if defined(__SANITIZE_ADDRESS__)
+  __lsan_ignore_object(block);
+#endif
+}
+
+/// Every allocation alone; those with all behind them in steps of three, unless everything is asked
+/// for.
+int step_of(Refuse kind) {
+  static const bool every_one = std::getenv("CFGXML_TEST_EVERYTHING") != nullptr;
+  return kind == Refuse::kOne || every_one ? 1 : 3;
+}
+
 /// True for a text of a list of texts with "|" between them.
 bool is_one_of(const std::string& texts, const std::string& text) {
   return ("|" + texts + "|").find("|" + text + "|") != std::string::npos;
@@ -167,8 +183,12 @@ bool MemoryTest::refuse_and_check(Refuse kind, int number) {
   expect_sound(outcome);
   if (!leaves(kFreshProcess)) expect_retry(outcome);
   clear();
-  const int lost = leaves(kBlockLost) ? 1 : 0;
-  if (!leaves(kMemoryKept)) EXPECT_LE(blocks_in_use(), kept + lost) << "leaked";
+  if (leaves(kBlockLost)) {
+    EXPECT_LE(blocks_in_use(), kept + 1) << "leaked";
+    forget_blocks(ignore_lost);
+  } else if (!leaves(kMemoryKept)) {
+    EXPECT_EQ(blocks_in_use(), kept) << "leaked";
+  }
   return true;
 }
 
@@ -193,7 +213,7 @@ bool MemoryTest::in_new_process(Refuse kind, int number) {
 }
 
 void MemoryTest::refuse_each(Refuse kind) {
-  for (int number = 1; !HasFailure(); ++number) {
+  for (int number = 1; !HasFailure(); number += step_of(kind)) {
     const bool any =
         leaves(kFreshProcess) ? in_new_process(kind, number) : refuse_and_check(kind, number);
     if (!any) {

@@ -1,0 +1,267 @@
+#include "support/durable.h"
+
+#include <cfgxml/host.h>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+namespace cfgxml::durable {
+namespace {
+
+constexpr std::string_view kTemporary = ".tmpXXXXXX";
+constexpr std::size_t kTemporaryStem = 4;  // the part before the X
+constexpr char kBefore[] = ".before-change";
+constexpr char kAside[] = ".corrupt";
+
+std::recursive_mutex steps;
+
+std::string folder_of(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+std::string name_in_folder(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+/// A link is refused: what it points to is nobody's file but its own.
+Descriptor open_beside(const std::string& file) {
+  return Descriptor(
+      ::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+}
+
+/// Creates, renames and removals in the folder are on the disk after this. A file system that
+/// cannot sync a folder (EINVAL) has nothing better to give.
+bool sync_folder(const std::string& name) {
+  const Descriptor folder(::open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return folder.is_open() && (::fsync(folder.number()) == 0 || errno == EINVAL);
+}
+
+/// What a command wrote is on the disk after this; true also when it left no file.
+bool sync_file(const std::string& file) {
+  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!descriptor.is_open()) return errno == ENOENT;
+  return ::fsync(descriptor.number()) == 0 || errno == EINVAL;
+}
+
+/// False when somebody is at work on the file. Where files cannot be locked, nobody is.
+bool lock_if_free(const Descriptor& file) {
+  return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+/// True for a regular file that still has a name.
+bool is_named_file(const Descriptor& file) {
+  struct stat status {};
+  return ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink > 0;
+}
+
+bool is_absence(int error) { return error == ENOENT || error == ENOTDIR; }
+
+bool may_exist(const std::string& file) {
+  struct stat status {};
+  return ::lstat(file.c_str(), &status) == 0 || !is_absence(errno);
+}
+
+/// A new file beside another, locked, and removed again unless it gets another name.
+class NewFile {
+ public:
+  explicit NewFile(const std::string& target) {
+    do {
+      // Created exclusively: a link or a file that waits under the name is not touched.
+      name_ = target + std::string(kTemporary);
+      file_ = Descriptor(::mkostemp(name_.data(), O_CLOEXEC));
+      if (!file_.is_open()) name_.clear();
+    } while (file_.is_open() && !keep_from_sweeps());
+  }
+  ~NewFile() {
+    if (!name_.empty()) ::unlink(name_.c_str());
+  }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+
+  bool write(std::string_view text) {
+    while (file_.is_open() && !text.empty()) {
+      const ssize_t count = ::write(file_.number(), text.data(), text.size());
+      if (count > 0) {
+        text.remove_prefix(static_cast<std::size_t>(count));
+      } else if (count == 0 || errno != EINTR) {
+        return false;
+      }
+    }
+    return file_.is_open();
+  }
+
+  /// A file system without modes, a memory stick's, refuses (EPERM); the file is no wider for it.
+  bool sync(mode_t mode) {
+    return (::fchmod(file_.number(), mode) == 0 || errno == EPERM) && ::fsync(file_.number()) == 0;
+  }
+
+  bool rename_to(const std::string& file) {
+    if (::rename(name_.c_str(), file.c_str()) != 0) return false;
+    name_.clear();
+    return true;
+  }
+
+  /// Hands over the open file with its lock. Closing it can lose nothing that was synced, so the
+  /// result of that is not looked at.
+  Descriptor release() { return std::move(file_); }
+
+ private:
+  /// Waits for a sweep that came before the lock; false when that removed the file.
+  bool keep_from_sweeps() const {
+    while (::flock(file_.number(), LOCK_EX) != 0 && errno == EINTR) continue;
+    struct stat status {};
+    return ::fstat(file_.number(), &status) != 0 || status.st_nlink > 0;
+  }
+
+  std::string name_;
+  Descriptor file_;
+};
+
+/// Gives the mode for what replaces the file: its own, or the fresh one. A link is replaced as
+/// such: what it points to lies elsewhere, and neither its content nor its mode is this file's.
+/// False when there is something else than a file, or no telling.
+bool mode_after(const std::string& file, mode_t& mode) {
+  struct stat old {};
+  if (::lstat(file.c_str(), &old) != 0) return errno == ENOENT;
+  if (S_ISREG(old.st_mode)) mode = old.st_mode & 0777;
+  return S_ISREG(old.st_mode) || S_ISLNK(old.st_mode);
+}
+
+bool is_temporary_of(const std::string& target, std::string_view name) {
+  const std::string stem = target + std::string(kTemporary.substr(0, kTemporaryStem));
+  return name.size() == target.size() + kTemporary.size() && name.substr(0, stem.size()) == stem;
+}
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+}  // namespace
+
+bool replace(const std::string& file, std::string_view text, mode_t mode) {
+  if (!mode_after(file, mode)) return false;
+  const std::string folder = folder_of(file);  // no memory is taken behind the rename
+  NewFile written(file);
+  if (!written.write(text) || !written.sync(mode)) return false;
+  {
+    const auto step = hold();
+    if (!written.rename_to(file)) return false;
+  }
+  return sync_folder(folder);
+}
+
+void sweep(const std::string& file) {
+  const std::string folder_name = folder_of(file);
+  const std::unique_ptr<DIR, CloseFolder> folder(::opendir(folder_name.c_str()));
+  if (folder == nullptr) return;
+  const std::string target = name_in_folder(file);
+  while (const dirent* entry = ::readdir(folder.get())) {
+    if (!is_temporary_of(target, entry->d_name)) continue;
+    const std::string left = folder_name + entry->d_name;
+    const Descriptor descriptor = open_beside(left);
+    if (descriptor.is_open() && lock_if_free(descriptor) && is_named_file(descriptor)) {
+      ::unlink(left.c_str());
+    }
+  }
+}
+
+Before::Names::Names(const std::string& changed)
+    : file(changed),
+      before(changed + kBefore),
+      aside(changed + kAside),
+      folder(folder_of(changed)) {}
+
+bool Before::copy(const std::string& file) {
+  const auto step = hold();
+  Names names(file);
+  if (!restore(file) || may_exist(names.before)) return false;
+  std::string text;
+  const Reading reading = read_file(file, text);
+  if (reading != Reading::kWhole) return reading == Reading::kNoFile;
+  struct stat old {};
+  NewFile written(file);
+  if (::stat(file.c_str(), &old) != 0 || !written.write(text) ||
+      !written.sync(old.st_mode & 0777) || !written.rename_to(names.before)) {
+    return false;
+  }
+  kept_ = std::move(names);
+  locked_ = written.release();
+  return settle(sync_folder(kept_->folder));
+}
+
+bool Before::move(const std::string& file) {
+  const auto step = hold();
+  if (kept_) return true;
+  Names names(file);
+  if (may_exist(names.before)) return false;
+  Descriptor old = open_beside(file);
+  if (!old.is_open()) return is_absence(errno) || errno == ELOOP;  // a link keeps what it points to
+  if (!is_named_file(old)) return true;
+  if (!lock_if_free(old) || ::rename(file.c_str(), names.before.c_str()) != 0) return false;
+  kept_ = std::move(names);
+  locked_ = std::move(old);
+  return settle(sync_folder(kept_->folder));
+}
+
+bool Before::drop() {
+  const auto step = hold();
+  if (!kept_) return true;
+  if (!sync_file(kept_->file) || ::unlink(kept_->before.c_str()) != 0) return settle(false);
+  return sync_folder(forget().folder);
+}
+
+bool Before::keep_aside() {
+  const auto step = hold();
+  if (!kept_) return true;
+  if (::rename(kept_->before.c_str(), kept_->aside.c_str()) != 0) return settle(false);
+  return sync_folder(forget().folder);
+}
+
+void Before::put_back() {
+  if (!kept_) return;
+  const auto step = hold();
+  const Names names = forget();
+  if (::rename(names.before.c_str(), names.file.c_str()) != 0 || !sync_folder(names.folder)) {
+    rl_log_err("%s failed: <%s> is put back when it is opened next.", __func__, names.file.c_str());
+  }
+  locked_ = Descriptor();
+}
+
+Before::Names Before::forget() {
+  Names names = std::move(*kept_);
+  kept_.reset();
+  return names;
+}
+
+bool Before::settle(bool settled) {
+  if (!settled) put_back();
+  return settled;
+}
+
+bool restore(const std::string& file) {
+  const std::string before = file + kBefore;
+  if (!may_exist(before)) return true;
+  const auto step = hold();
+  const Descriptor left = open_beside(before);
+  if (!left.is_open()) return is_absence(errno) || errno == ELOOP;
+  if (!lock_if_free(left) || !is_named_file(left)) return true;
+  rl_log_warn("<%s> is put back: a change of it was cut short.", file.c_str());
+  const std::string folder = folder_of(file);
+  return ::rename(before.c_str(), file.c_str()) == 0 && sync_folder(folder);
+}
+
+bool is_being_changed(const std::string& file) {
+  struct stat status {};
+  return ::lstat((file + kBefore).c_str(), &status) == 0;
+}
+
+std::unique_lock<std::recursive_mutex> hold() {
+  return std::unique_lock<std::recursive_mutex>(steps);
+}
+
+}  // namespace cfgxml::durable

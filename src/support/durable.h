@@ -1,0 +1,86 @@
+// Changes of files that lose nothing: wherever the power is cut, the disk holds what the file held
+// before the change or what it holds after it, and a disk that is full or fails leaves the old
+// file.
+//
+// A file beside another one that somebody is at work on is locked (flock); one that is found
+// unlocked was left behind by a cut.
+#pragma once
+
+#include <sys/types.h>
+
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "support/regular_file.h"
+
+namespace cfgxml::durable {
+
+/// Replaces a file with the text, or creates it with this mode: written beside it, synced, and
+/// renamed over it. A file that is replaced keeps its mode. True when the new file is on the disk.
+/// False leaves the old one, except when all that failed is the sync of the folder: then the new
+/// one is in place, and a cut may still bring the old one back.
+bool replace(const std::string& file, std::string_view text, mode_t mode);
+
+/// Removes what replace() left beside the file when a cut ended it.
+void sweep(const std::string& file);
+
+/// What a file held, kept as "<file>.before-change" while the file is replaced in more than one
+/// step. After a cut in between, the next restore() puts it back.
+class Before {
+ public:
+  Before() = default;
+  /// Puts back what was neither dropped nor kept.
+  ~Before() { put_back(); }
+  Before(const Before&) = delete;
+  Before& operator=(const Before&) = delete;
+
+  /// Keeps a copy; true also when there is no file. False when that fails, or when another one is
+  /// being kept at the moment.
+  bool copy(const std::string& file);
+
+  /// Keeps the file itself, which is gone then; true also when there was none, and when it is kept
+  /// already. False as for copy().
+  bool move(const std::string& file);
+
+  /// The new file is in place: syncs it, and forgets the old one. False when that fails, which puts
+  /// the old one back.
+  bool drop();
+
+  /// The new file, if there is one, is on the disk already: the old one becomes "<file>.corrupt".
+  /// On failure it is put back.
+  bool keep_aside();
+
+  /// The old file takes its place again.
+  void put_back();
+
+ private:
+  /// The names that the steps need, made before the first one: on the way back no memory is taken.
+  struct Names {
+    explicit Names(const std::string& changed);
+    std::string file;
+    std::string before;
+    std::string aside;
+    std::string folder;
+  };
+
+  Names forget();
+  bool settle(bool settled);
+
+  std::optional<Names> kept_;  // nothing when nothing is kept
+  Descriptor locked_;          // what is kept
+};
+
+/// Puts back what an interrupted change left of the file. False when that is needed and fails: the
+/// file is not to be used then.
+bool restore(const std::string& file);
+
+/// True while a change of the file in several steps is on its way.
+bool is_being_changed(const std::string& file);
+
+/// Keeps the steps of changes apart while one of several steps looks at the file first. Held for
+/// moments, and never around a host lock.
+std::unique_lock<std::recursive_mutex> hold();
+
+}  // namespace cfgxml::durable

@@ -1,0 +1,207 @@
+// What lies beside a data file, or in its place, when it is opened or saved: the remains of a cut,
+// links, and files that could not be read.
+#include <cfgxml/dialrule.h>
+#include <cfgxml/history.h>
+#include <cfgxml/host.h>
+#include <cfgxml/message.h>
+#include <cfgxml/notify.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <future>
+
+#include "disk/disk_phone.h"
+#include "runtime/shell.h"
+
+namespace disk_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class LeftBehind : public DiskPhone {
+ protected:
+  static int add_rule(const char* text) {
+    DIAL_NOW_DATA_T rule{};
+    rl_strcpy_s(rule.Rule, sizeof rule.Rule, text);
+    return cfg_add_dialnow_data(&rule);
+  }
+  static int add_contact() {
+    CONTACT_DATA_T one = contact("Cyd");
+    return cfg_add_contact_data(&one);
+  }
+  unsigned mode_of(const char* path) const {
+    struct stat status {};
+    return ::lstat(on_disk(path).c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+  }
+  /// Locks a file as the one who is at work on it does.
+  int lock(const std::string& path) const {
+    const int descriptor = ::open(on_disk(path).c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(::flock(descriptor, LOCK_EX), 0);
+    return descriptor;
+  }
+};
+
+TEST_F(LeftBehind, TemporaryFilesOfTheSameFileThatNobodyHoldsAreSwept) {
+  const std::string file = kDialNow;
+  for (const char* end : {".tmpAbCd12", ".tmpQQQQQQ", ".tmpAbCd123", ".tmp", ".bak"}) {
+    write(file + end, "x");
+  }
+  write(std::string(kBlockOut) + ".tmpAbCd12", "x");
+  fs::create_symlink(on_disk("/upload.xml"), on_disk(file + ".tmpLiNk00"));
+  const int held = lock(file + ".tmpQQQQQQ");
+  EXPECT_EQ(add_rule("2xx"), 0);
+  ::close(held);
+  EXPECT_FALSE(exists(file + ".tmpAbCd12"));
+  for (const char* end : {".tmpQQQQQQ", ".tmpAbCd123", ".tmp", ".bak", ".tmpLiNk00"}) {
+    EXPECT_TRUE(exists(file + end)) << end;
+  }
+  EXPECT_TRUE(exists(std::string(kBlockOut) + ".tmpAbCd12")) << "another file's";
+  EXPECT_TRUE(exists("/upload.xml"));
+}
+
+TEST_F(LeftBehind, AnInterruptedChangeIsUndoneUnlessItIsStillOnItsWay) {
+  const std::string before = std::string(kDialNow) + ".before-change";
+  fs::rename(on_disk(kDialNow), on_disk(before));
+  const int held = lock(before);
+  EXPECT_EQ(cfg_get_dialnow_list(), nullptr);
+  EXPECT_EQ(add_rule("2xx"), -1) << "there is no file for the moment";
+  EXPECT_EQ(cfg_upload_dialnow(uploaded("upload.xml").c_str()), -1);
+  ::close(held);
+  write(kDialNow, "<Dial><DialN");
+  EXPECT_EQ(add_rule("2xx"), 0);
+  DIAL_NOW_DATA_T rule{};
+  EXPECT_EQ(cfg_get_dialnow_data(1, &rule), 0);
+  EXPECT_STREQ(rule.Rule, "1xx");
+  EXPECT_FALSE(exists(before));
+  EXPECT_FALSE(exists(std::string(kDialNow) + ".corrupt"));
+}
+
+TEST_F(LeftBehind, LinksAreNeverFollowedWhenSomethingIsWritten) {
+  write("/outside", "not the phone's");
+  const std::string outside = on_disk("/outside");
+  fs::permissions(outside, fs::perms(0777));
+  const std::string now = kDialNow;
+  // The name of a temporary file cannot be foretold; the fixed names can.
+  for (const char* end : {".corrupt", ".before-change"})
+    fs::create_symlink(outside, on_disk(now + end));
+  EXPECT_EQ(add_rule("2xx"), 0);
+  fs::remove(on_disk(now + ".before-change"));
+  write(kDialNow, kDamaged);
+  EXPECT_EQ(cfg_remove_dialnow_data(9), 0);
+  EXPECT_EQ(read(now + ".corrupt"), kDamaged);
+
+  // In place of the file itself, a link is read through, and replaced by the next save.
+  fs::rename(on_disk(kMessages), on_disk("/messages"));
+  fs::create_symlink(on_disk("/messages"), on_disk(kMessages));
+  const std::string old = read("/messages");
+  EXPECT_EQ(cfg_remove_inbox_data(1), 0);
+  EXPECT_EQ(cfg_get_inbox_unread(), 0);
+  EXPECT_EQ(read("/messages"), old);
+  EXPECT_EQ(mode_of(kMessages), 0600u) << "not what the link points to";
+  EXPECT_EQ(read("/outside"), "not the phone's");
+}
+
+TEST_F(LeftBehind, FilesKeepTheirModeAndPrivateOnesStartPrivate) {
+  for (const char* path : {kHistory, kNotifications}) fs::remove(on_disk(path));
+  fs::permissions(on_disk(kDialNow), fs::perms(0640));
+  fs::permissions(on_disk(kMessages), fs::perms(0644));
+  HISTORY_DATA_T call{};
+  const NOTIFICATION_T one{"a", 1, nullptr};
+  EXPECT_EQ(cfg_add_history(&call), 0);
+  EXPECT_EQ(cfg_save_notification_list(&one), 0);
+  EXPECT_EQ(cfg_upload_dialnow(uploaded("upload.xml").c_str()), 0);
+  EXPECT_EQ(add_rule("2xx"), 0);
+  EXPECT_EQ(cfg_remove_inbox_data(1), 0);
+  EXPECT_EQ(mode_of(kHistory), 0600u);
+  EXPECT_EQ(mode_of(kNotifications), 0644u);
+  EXPECT_EQ(mode_of(kDialNow), 0640u);
+  EXPECT_EQ(mode_of(kMessages), 0644u) << "it had this mode";
+  write(kMessages, kDamaged);
+  fs::permissions(on_disk(kMessages), fs::perms(0644));
+  EXPECT_EQ(cfg_remove_inbox_all(), 0);
+  EXPECT_EQ(mode_of(kMessages), 0600u) << "a new file in place of a damaged one";
+}
+
+TEST_F(LeftBehind, AFileThatCouldNotBeReadIsNotWrittenOver) {
+  const std::string contacts_before = read(kContacts);
+  const std::string history_before = read(kHistory);
+  for (const int error : {EIO, EMFILE, EACCES, ENOMEM}) {
+    start_anew();
+    const std::string memory = in_memory();
+    for (const char* path : {kContacts, kBlacklist, kHistory}) {
+      recorded_calls::watch(root());
+      recorded_calls::fail(1, error);  // behind the look for an interrupted change
+      EXPECT_EQ(path == kContacts    ? contact_init(&contacts())
+                : path == kBlacklist ? black_init(&blacklist())
+                                     : history_init(&history()),
+                -1);
+      EXPECT_TRUE(recorded_calls::failed());
+      recorded_calls::stop();
+    }
+    EXPECT_EQ(in_memory(), memory);
+    EXPECT_EQ(read(kContacts), contacts_before);
+    EXPECT_EQ(read(kHistory), history_before);
+  }
+
+  // A phone that starts like this has empty lists; its first save keeps what it never read.
+  host().lists().clear();
+  EXPECT_EQ(add_contact(), 0);
+  HISTORY_DATA_T call{};
+  EXPECT_EQ(cfg_add_history(&call), 0);
+  EXPECT_EQ(read(std::string(kContacts) + ".corrupt"), contacts_before);
+  EXPECT_EQ(read(std::string(kHistory) + ".corrupt"), history_before);
+  EXPECT_NE(read(kContacts).find("Cyd"), std::string::npos);
+  fs::remove(on_disk(std::string(kContacts) + ".corrupt"));
+  EXPECT_EQ(contact_delay_save(), 0);
+  EXPECT_FALSE(exists(std::string(kContacts) + ".corrupt")) << "once";
+}
+
+TEST_F(LeftBehind, AnUploadWhoseCommandDoesNothingOrFailsHalfWayLeavesTheFile) {
+  const std::string old = read(kDialReplace);
+  ::host::run_commands_with([](const std::string&) { return 0; });
+  EXPECT_EQ(cfg_upload_dialreplace(uploaded("upload.xml").c_str()), 0);
+  EXPECT_EQ(read(kDialReplace), old);
+  ::host::run_commands_with([this](const std::string&) {
+    write(kDialReplace, "<B>");
+    return 1;
+  });
+  EXPECT_EQ(cfg_upload_dialreplace(uploaded("upload.xml").c_str()), 0);
+  EXPECT_EQ(read(kDialReplace), old);
+  EXPECT_EQ(copy_contact_xml(uploaded("upload.xml").c_str()), 1) << "the shell's result";
+}
+
+TEST_F(LeftBehind, ASaveThatBeganBeforeAnUploadDoesNotUndoIt) {
+  std::future<int> upload;
+  recorded_calls::before_temporary_file([&] {  // the save has its copy of the list by now
+    upload = std::async(std::launch::async,
+                        [this] { return cfg_upload_contact(uploaded("upload.xml").c_str()); });
+    upload.wait_for(std::chrono::milliseconds(50));
+  });
+  EXPECT_EQ(contact_delay_save(), 0);
+  EXPECT_EQ(upload.get(), 0);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Zoe");
+  EXPECT_NE(read(kContacts).find("Zoe"), std::string::npos);
+}
+
+TEST_F(LeftBehind, ASaveDuringAnUploadNeitherUndoesNorSpoilsIt) {
+  std::future<int> save;
+  ::host::run_commands_with([&](const std::string&) {
+    // As cp -f does it, with a thread of the host's that writes the contacts half way.
+    write(kContacts, "<B><Gro");
+    save = std::async(std::launch::async, contact_delay_save);
+    EXPECT_EQ(save.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    fs::copy_file(uploaded("upload.xml"), on_disk(kContacts), fs::copy_options::overwrite_existing);
+    return 0;
+  });
+  EXPECT_EQ(cfg_upload_contact(uploaded("upload.xml").c_str()), 0);
+  EXPECT_EQ(save.get(), 0);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Zoe");
+  EXPECT_NE(read(kContacts).find("Zoe"), std::string::npos);
+  EXPECT_FALSE(exists(std::string(kContacts) + ".corrupt"));
+}
+
+}  // namespace
+}  // namespace disk_test

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace cfgxml::durable {
@@ -166,6 +167,21 @@ void sweep(const std::string& file) {
       ::unlink(left.c_str());
     }
   }
+}
+
+/// Without memory for the names it is put back when it is opened next, as after a cut.
+Before::~Before() {
+  try {
+    put_back();
+  } catch (const std::bad_alloc&) {
+    rl_log_err("out of memory.");
+  }
+}
+
+mode_t Before::mode_or(mode_t fresh) const {
+  struct stat kept {};
+  const bool known = !file_.empty() && ::fstat(locked_.number(), &kept) == 0;
+  return known ? kept.st_mode & 0777 : fresh;
 }
 
 bool Before::copy(const std::string& file) {

@@ -31,7 +31,7 @@ class Before {
  public:
   Before() = default;
   /// Puts back what was neither dropped nor kept.
-  ~Before() { put_back(); }
+  ~Before();
   Before(const Before&) = delete;
   Before& operator=(const Before&) = delete;
 
@@ -42,6 +42,9 @@ class Before {
   /// Keeps the file itself, which is gone then; true also when there was none, and when it is kept
   /// already. False as for copy().
   bool move(const std::string& file);
+
+  /// The mode of what is kept, or the fresh one when nothing is.
+  mode_t mode_or(mode_t fresh) const;
 
   /// The new file is in place: syncs it, and forgets the old one. False when that fails, which puts
   /// the old one back.

@@ -3,6 +3,7 @@
 #include <cfgxml/host.h>
 
 #include <cstdlib>
+#include <new>
 #include <set>
 #include <string_view>
 
@@ -50,7 +51,14 @@ XmlFile::XmlFile(const char* path, Privacy privacy)
   open(path);
 }
 
-XmlFile::~XmlFile() { aside_.keep_as(kAside); }
+/// Without memory the file that did not load takes its place again.
+XmlFile::~XmlFile() {
+  try {
+    aside_.keep_as(kAside);
+  } catch (const std::bad_alloc&) {
+    rl_log_err("out of memory.");
+  }
+}
 
 void XmlFile::open(const char* path) {
   path_ = path;
@@ -135,7 +143,8 @@ bool XmlFile::replace_file() {
   if (own_) durable::sweep(file_);
   if (unread_files().has(file_) && !aside_.move(file_)) return false;
   const std::string_view content(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1);
-  if (!durable::replace(file_, content, privacy_ == Privacy::kPrivate ? 0600 : 0644)) {
+  const mode_t mode = privacy_ == Privacy::kPrivate ? 0600 : aside_.mode_or(0644);
+  if (!durable::replace(file_, content, mode)) {
     aside_.put_back();
     return false;
   }

@@ -148,7 +148,7 @@ bool replace(const std::string& file, std::string_view text, mode_t mode) {
   NewFile written(file);
   if (!written.write(text) || !written.sync(mode)) return false;
   {
-    const auto step = hold();
+    const auto step = hold();  // not between another thread's look at a bad file and its removal
     if (!written.rename_to(file)) return false;
   }
   return sync_folder_of(file);

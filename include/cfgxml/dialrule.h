@@ -74,8 +74,10 @@ int cfg_remove_dialnow_data(int id);
 int cfg_remove_dialreplace_data(int id);
 
 /* Copies a file over the list's. It must be XML of 1 to 30720 bytes whose root has a child named
- * like the list; the rules in it are not checked. 0, whatever the copy's result; -1 for a file that
- * is not acceptable, or a path that could leave its quotes in a shell command. */
+ * like the list; the rules in it are not checked. 0, whatever the copy's result: a copy that is
+ * not complete leaves the old list. -1 for a file that is not acceptable, a path that could leave
+ * its quotes in a shell command, or when the old list can't be kept meanwhile or the new one not
+ * be synced. */
 int cfg_upload_dialnow(const char *file_path);
 int cfg_upload_dialreplace(const char *file_path);
 

@@ -212,7 +212,9 @@ int save_blacklist_xml(const char *path, BLACK_DATA_LIST_T *list);
 /* 1 when the file is an acceptable contact file, else 0. */
 int is_valid_contact_file_xml(const char *path);
 
-/* Copies a file over Contact.xml; the shell's result, or -1 for a path that is no safe word. */
+/* Copies a file over Contact.xml; the shell's result, or -1 for a path that is no safe word, or
+ * when the old file can't be kept meanwhile or the new one not be synced. A copy that is not
+ * complete leaves the old file. */
 int copy_contact_xml(const char *path);
 
 /* Import a file. The contacts come through the host's adapter; a blacklist file is checked, copied

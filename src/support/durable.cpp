@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace cfgxml::durable {
@@ -124,12 +125,13 @@ class NewFile {
 
 /// Gives the mode for what replaces the file: its own, or the fresh one. A link is replaced as
 /// such: what it points to lies elsewhere, and neither its content nor its mode is this file's.
-/// False when there is something else than a file, or no telling.
+/// False when there is something else than a file, a file that is not to be written, or no telling.
 bool mode_after(const std::string& file, mode_t& mode) {
   struct stat old {};
   if (::lstat(file.c_str(), &old) != 0) return errno == ENOENT;
-  if (S_ISREG(old.st_mode)) mode = old.st_mode & 0777;
-  return S_ISREG(old.st_mode) || S_ISLNK(old.st_mode);
+  if (S_ISLNK(old.st_mode)) return true;
+  mode = old.st_mode & 0777;
+  return S_ISREG(old.st_mode) && ::access(file.c_str(), W_OK) == 0;
 }
 
 bool is_temporary_of(const std::string& target, std::string_view name) {
@@ -149,7 +151,7 @@ bool replace(const std::string& file, std::string_view text, mode_t mode) {
   NewFile written(file);
   if (!written.write(text) || !written.sync(mode)) return false;
   {
-    const auto step = hold();
+    const auto step = hold();  // not between another thread's look at a bad file and its removal
     if (!written.rename_to(file)) return false;
   }
   return sync_folder(folder);
@@ -175,6 +177,12 @@ Before::Names::Names(const std::string& changed)
       before(changed + kBefore),
       aside(changed + kAside),
       folder(folder_of(changed)) {}
+
+mode_t Before::mode_or(mode_t fresh) const {
+  struct stat kept {};
+  const bool known = kept_ && ::fstat(locked_.number(), &kept) == 0;
+  return known ? kept.st_mode & 0777 : fresh;
+}
 
 bool Before::copy(const std::string& file) {
   const auto step = hold();
@@ -218,8 +226,12 @@ bool Before::drop() {
 bool Before::keep_aside() {
   const auto step = hold();
   if (!kept_) return true;
-  if (::rename(kept_->before.c_str(), kept_->aside.c_str()) != 0) return settle(false);
-  return sync_folder(forget().folder);
+  // An empty file has nothing to keep, and would push out an older copy that has.
+  struct stat old {};
+  const bool empty = ::fstat(locked_.number(), &old) == 0 && old.st_size == 0;
+  const bool settled = empty ? ::unlink(kept_->before.c_str()) == 0
+                             : ::rename(kept_->before.c_str(), kept_->aside.c_str()) == 0;
+  return settled ? sync_folder(forget().folder) : settle(false);
 }
 
 void Before::put_back() {

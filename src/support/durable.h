@@ -32,7 +32,7 @@ class Before {
  public:
   Before() = default;
   /// Puts back what was neither dropped nor kept.
-  ~Before() { put_back(); }
+  ~Before();
   Before(const Before&) = delete;
   Before& operator=(const Before&) = delete;
 
@@ -44,12 +44,15 @@ class Before {
   /// already. False as for copy().
   bool move(const std::string& file);
 
+  /// The mode of what is kept, or the fresh one when nothing is.
+  mode_t mode_or(mode_t fresh) const;
+
   /// The new file is in place: syncs it, and forgets the old one. False when that fails, which puts
   /// the old one back.
   bool drop();
 
-  /// The new file, if there is one, is on the disk already: the old one becomes "<file>.corrupt".
-  /// On failure it is put back.
+  /// The new file, if there is one, is on the disk already: the old one becomes "<file>.corrupt"
+  /// unless it is empty. On failure it is put back.
   bool keep_aside();
 
   /// The old file takes its place again.

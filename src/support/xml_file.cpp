@@ -156,7 +156,8 @@ bool XmlFile::replace_file() {
   if (own_) durable::sweep(file_);
   if (unread_files.has(file_) && !aside_.move(file_)) return false;
   const std::string_view content(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1);
-  if (!durable::replace(file_, content, privacy_ == Privacy::kPrivate ? 0600 : 0644)) {
+  const mode_t mode = privacy_ == Privacy::kPrivate ? 0600 : aside_.mode_or(0644);
+  if (!durable::replace(file_, content, mode)) {
     aside_.put_back();
     return false;
   }

@@ -123,6 +123,10 @@ TEST_F(LeftBehind, FilesKeepTheirModeAndPrivateOnesStartPrivate) {
   fs::permissions(on_disk(kMessages), fs::perms(0644));
   EXPECT_EQ(cfg_remove_inbox_all(), 0);
   EXPECT_EQ(mode_of(kMessages), 0600u) << "a new file in place of a damaged one";
+  write(kDialNow, kDamaged);
+  fs::permissions(on_disk(kDialNow), fs::perms(0640));
+  EXPECT_EQ(add_rule("3xx"), 0);
+  EXPECT_EQ(mode_of(kDialNow), 0640u) << "no wider than a damaged one";
 }
 
 TEST_F(LeftBehind, AFileThatCouldNotBeReadIsNotWrittenOver) {

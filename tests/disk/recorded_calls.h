@@ -1,7 +1,8 @@
 // A layer between the program and the system: the calls that touch files below one folder are
 // recorded in order, and one of them can be made to fail. The library finds these functions before
 // the system's, since the test program defines and exports them. What the C library does inside its
-// buffered files is not seen; the plug-in changes no file that way.
+// buffered files is not seen; the plug-in changes no file that way. One thread at a time is
+// watched.
 #pragma once
 
 #include <cstddef>

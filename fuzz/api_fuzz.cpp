@@ -4,11 +4,14 @@
 #include <fuzzer/FuzzedDataProvider.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <limits>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -224,6 +227,31 @@ const fs::path& prepare_host() {
 
 /// The library's removals, which go through the C library.
 extern "C" int system(const char* command) { return run_command(command); }
+
+/// Long sequences from the start: the fuzzer would try short inputs for hours first.
+extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments) {
+  static char length_control[] = "-len_control=0";
+  static std::vector<char*> all(*arguments, *arguments + *count);
+  all.insert(all.begin() + 1, length_control);
+  *count = static_cast<int>(all.size());
+  all.push_back(nullptr);
+  *arguments = all.data();
+  return 0;
+}
+
+extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t most);
+
+/// Now and then adds bytes for further calls, at the front, where the last choices are taken from:
+/// what the input led to so far stays, and sequences grow long.
+extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
+                                               std::size_t most, unsigned seed) {
+  std::minstd_rand random(seed);
+  const std::size_t more = 1 + random() % 400;
+  if (random() % 4 != 0 || size + more > most) return LLVMFuzzerMutate(data, size, most);
+  std::memmove(data + more, data, size);
+  std::generate_n(data, more, [&] { return static_cast<std::uint8_t>(random()); });
+  return size + more;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const fs::path& root = prepare_host();

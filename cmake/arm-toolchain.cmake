@@ -11,7 +11,9 @@ set(CMAKE_FIND_ROOT_PATH ${arm_sysroot})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+if(NOT DEFINED CMAKE_FIND_ROOT_PATH_MODE_PACKAGE) # -D may let in a staging folder
+  set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+endif()
 
 # Where the libraries are that the programs' libraries need in turn.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -Wl,-rpath-link,${arm_sysroot}/usr/lib/arm-linux-gnueabihf)

@@ -17,11 +17,6 @@ int length_of(const Node* list) {
   return length;
 }
 
-template <std::size_t Capacity>
-void check_text(const char (&field)[Capacity]) {
-  require(std::memchr(field, '\0', Capacity) != nullptr);
-}
-
 /// A page adds at most 500 entries in front of which the list stays.
 template <typename Node>
 const Node* check_growth(const Node* before, int length, const Node* after) {

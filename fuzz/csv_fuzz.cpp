@@ -13,23 +13,11 @@
 
 namespace {
 
-using Names = std::set<std::string>;
-
-template <std::size_t Capacity>
-std::string text_of(const char (&field)[Capacity]) {
-  require(std::memchr(field, '\0', Capacity) != nullptr);
-  return field;
-}
-
-void check_groups(const CONTACT_DATA_LIST_T& list) {
-  Names names;
+void check_group_ids(const CONTACT_DATA_LIST_T& list) {
   int used = 0;
   for (const GROUP_DATA_T& group : list.Groups) {
     if (group.Id < 1) break;
-    require(group.Id == ++used);
-    require(names.insert(text_of(group.Name)).second);
-    text_of(group.Ring);
-    text_of(group.Description);
+    require(group.Id == ++used, "groups are numbered from 1");
   }
 }
 
@@ -46,10 +34,7 @@ void check_contacts(const CONTACT_DATA_LIST_T& list, bool own, const std::string
     const std::string name = text_of(contact.DisplayName);
     require(name != black_name);
     require(name.empty() || names.insert(name).second || !own);
-    for (const auto* field : {&contact.OfficeNumber, &contact.MobileNumber, &contact.OtherNumber,
-                              &contact.Group, &contact.Ring, &contact.Photo}) {
-      text_of(*field);
-    }
+    check_texts(contact);
   }
 }
 
@@ -60,6 +45,7 @@ void import(const char* path, CONTACT_DATA_LIST_T& list, bool own) {
   const int result = get_contact_csv(path, &list);
   require(result == 0 || result == 16 || result == 17 || result == 19);
   check_groups(list);
+  check_group_ids(list);
   check_contacts(list, own, "Spam");
 }
 

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "checks.h"
+
 class InputFile {
  public:
   InputFile() : descriptor_(::memfd_create("input", 0)) {
@@ -31,8 +33,3 @@ class InputFile {
   int descriptor_;
   std::string path_;
 };
-
-/// Ends the run as a finding when something that must always hold does not.
-inline void require(bool holds) {
-  if (!holds) std::abort();
-}

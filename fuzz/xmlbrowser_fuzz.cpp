@@ -1,56 +1,13 @@
 // Any bytes as a document of the XML browser, by both roads: loaded from a file, and from the cache
 // of factory documents. Both make the same of a document.
-#include <cfgxml/binding.h>
 #include <cfgxml/xmlbrowser.h>
 
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <string>
-#include <type_traits>
+#include "phone.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr char kCached[] = "/app/factory/Static/XMLBrowser/document.xml";
 constexpr char kLoaded[] = "/tmp/remote_contact.xml";
-
-void require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "broken: %s\n", what);
-  std::abort();
-}
-
-/// A storage root in memory for the life of the process.
-class Root {
- public:
-  Root() : folder_("/dev/shm/xmlbrowser-fuzz-XXXXXX") {
-    require(::mkdtemp(folder_.data()) != nullptr, "a folder for the documents");
-    fs::create_directories(fs::path(folder_ + kCached).parent_path());
-    fs::create_directories(fs::path(folder_ + kLoaded).parent_path());
-    cfgxml_set_root(folder_.c_str());
-  }
-  ~Root() { fs::remove_all(folder_); }
-  Root(const Root&) = delete;
-  Root& operator=(const Root&) = delete;
-
-  void write(const char* path, const std::uint8_t* data, std::size_t size) const {
-    std::FILE* file = std::fopen((folder_ + path).c_str(), "wb");
-    require(file != nullptr && std::fwrite(data, 1, size, file) == size, "a file for the document");
-    std::fclose(file);
-  }
-
- private:
-  std::string folder_;
-};
-
-template <std::size_t Capacity>
-void check_text(const char (&text)[Capacity]) {
-  require(std::memchr(text, '\0', Capacity) != nullptr, "a text has its end");
-}
 
 void check_header(const XML_BROWSER_HEADER_T& header, int type) {
   require(header.type == type, "the object has its type");
@@ -168,11 +125,11 @@ std::string parse(const char* path) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const Root root;
-  root.write(kLoaded, data, size);
+  static const Phone phone;
+  phone.write(kLoaded, text_of_input(data, size));
   const std::string loaded = parse(kLoaded);
 
-  root.write(kCached, data, size);
+  phone.write(kCached, text_of_input(data, size));
   require(cfg_load_local_xml_file_cache() == 0, "the cache loads");
   const std::string cached = parse(kCached);
   cfg_free_local_xml_file_cache();

@@ -427,6 +427,17 @@ TEST_F(HistoryTest, AFileThatDoesNotParseIsKeptAsideAndReadAsEmpty) {
   EXPECT_EQ(get_history_xml(nullptr, nullptr), -1);
 }
 
+TEST_F(HistoryTest, TextOutsideTheRootCostsNoCall) {
+  write(kFile, "before<History><Call ID='1'/></History>behind</History>");
+  ASSERT_EQ(history_init(&history()), 0);
+  EXPECT_EQ(history().Records[0].ID, 1);
+  EXPECT_EQ(add(call("2")), 2);
+  history() = {};
+  ASSERT_EQ(history_init(&history()), 0);
+  EXPECT_EQ(history().Records[1].ID, 2) << "what was written can be read";
+  EXPECT_FALSE(exists(kFile + std::string(".corrupt")));
+}
+
 TEST_F(HistoryTest, AFailedSaveLeavesTheFileAndTheChange) {
   add(call("1"));
   const std::string before = read(kFile);

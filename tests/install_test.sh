@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs a build into a staging folder, and builds and runs the example hosts against it: with
 # pkg-config and with find_package. Arguments: build folder, C compiler, C++ compiler, the programs
-# that run what they build (none for this machine's own), "--", further arguments for CMake.
+# that run what they build (none for this machine's own), "--", further arguments for CMake. LDFLAGS
+# are the linker's for this machine.
 set -euo pipefail
 build=$1 c=$2 cxx=$3
 shift 3
@@ -40,7 +41,7 @@ library=$(dirname "$(find "$stage" -name 'libcfgxml.so.1')")
 export LD_LIBRARY_PATH=$library
 
 export PKG_CONFIG_PATH=$library/pkgconfig
-read -ra flags <<<"$(pkg-config --cflags --libs cfgxml)"
+read -ra flags <<<"$(pkg-config --cflags --libs cfgxml) ${LDFLAGS:-}"
 mkdir "$work/pc"
 "$c" -std=c99 -c -o "$work/pc/services.o" "$source/examples/services.c" "${flags[@]}" -pthread
 "$c" -std=c99 -o "$work/pc/host_c" "$source/examples/host.c" "$work/pc/services.o" "${flags[@]}" -pthread
@@ -57,7 +58,9 @@ for hosts in pc cmake; do
 done
 
 if [ -x "$stage/bin/deskphone" ]; then
-  (cd "$work" && unset LD_LIBRARY_PATH && quietly "${run[@]}" "$stage/bin/deskphone" tour)
+  words=(tour)
+  [ ${#run[@]} -eq 0 ] || words=(--root "$work/phone" contacts list) # the tour starts itself again
+  (cd "$work" && unset LD_LIBRARY_PATH && quietly "${run[@]}" "$stage/bin/deskphone" "${words[@]}")
 fi
 for page in man1/deskphone.1 man3/libcfgxml.3; do
   [ -s "$stage/share/man/$page" ] || fail "no man page $page"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Makes the Debian packages of a preset's build, installs them, runs deskphone and removes them:
-# nothing of them may be left. The packages for this machine go into a system of their own, made once
-# with debootstrap under build/; where that can't run (it needs root), and for the ARM packages, dpkg
-# unpacks them in a staging root, without their dependencies. Argument: the preset.
+# nothing of them may be left. They go into a system of their own, made once with debootstrap under
+# build/, the ARM packages without their dependencies; where that can't run (it needs root), dpkg
+# installs them in a staging root. Argument: the preset.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1
@@ -32,7 +32,7 @@ content() {
 }
 
 has_system() {
-  [ "$preset" = package ] && [ "$(id -u)" -eq 0 ] && command -v debootstrap >/dev/null || return 1
+  [ "$(id -u)" -eq 0 ] && command -v debootstrap >/dev/null || return 1
   [ -f "$pristine/complete" ] && return 0
   rm -rf "$pristine"
   debootstrap --variant=minbase --include="$needed" \
@@ -47,23 +47,28 @@ files=("build/$preset"/packages/*.deb)
 if has_system; then
   cp -a "$pristine" "$work/root"
   mount -t proc proc "$work/root/proc"
-  in_root=(chroot "$work/root")
-  dpkg=("${in_root[@]}" dpkg)
+  dpkg=(chroot "$work/root" dpkg)
+  deskphone=(chroot "$work/root" /usr/bin/deskphone --root /tmp/phone)
+  if [ "$preset" = arm ]; then
+    "${dpkg[@]}" --add-architecture armhf
+    dpkg+=(--force-depends)
+  fi
   mkdir "$work/root/new"
   cp "${files[@]}" "$work/root/new"
   installed=("${files[@]##*/}")
   installed=("${installed[@]/#//new/}")
-  deskphone=("${in_root[@]}" /usr/bin/deskphone --root /tmp/phone)
 else
   echo "in a staging root"
-  mkdir -p "$work/root"/var/lib/dpkg/{info,updates}
+  mkdir -p "$work/root"/var/lib/dpkg/{info,updates} "$work/bin"
   touch "$work/root"/var/lib/dpkg/{status,available}
-  dpkg=(dpkg --root="$work/root" --force-not-root --force-depends --force-architecture)
+  ln -s /bin/true "$work/bin/ldconfig" # the packages' scripts run outside the root
+  dpkg=(env PATH="$work/bin:$PATH" dpkg --root="$work/root" --force-not-root --force-depends
+    --force-architecture --force-script-chrootless)
   installed=("${files[@]}")
   deskphone=("$work/root/usr/bin/deskphone" --root "$work/phone")
-  [ "$preset" = package ] ||
-    deskphone=(qemu-arm -L "$PWD/build/arm-sysroot" "${deskphone[@]}")
 fi
+[ "$preset" = package ] || # the sysroot has what it needs
+  deskphone=(qemu-arm -L "$PWD/build/arm-sysroot" "$work/root/usr/bin/deskphone" --root "$work/phone")
 
 before=$(content)
 quietly "${dpkg[@]}" --install "${installed[@]}"

@@ -144,7 +144,8 @@ TEST_F(PhonebookFilesTest, BlacklistFileFollowsItsOwnRules) {
                            " Group=\"Work\" Ring=\"r\" Photo=\"p\"/>" +
                            entry_xml("Blacklist", 5, "Ann") + entry_xml("Blacklist", 6, "Bad")),
             19);
-  EXPECT_STREQ(blacklist().Entries[0].Group, "") << "the group is not read back";
+  const std::string group(blacklist().Entries[0].Group, sizeof CONTACT_DATA_T::Group);
+  EXPECT_EQ(group, std::string(sizeof CONTACT_DATA_T::Group, '\0')) << "the group is not read back";
   EXPECT_EQ(blacklist().Entries[1].Id, 0);
   EXPECT_EQ(read(kBlacklist),
             "<Black>\n    <Blacklist Id=\"4\" Line=\"1\" DisplayName=\"Bad\" OfficeNumber=\"1\""

@@ -635,8 +635,10 @@ TEST_F(XmlBrowser, ManyAttributesAndLooseReferencesAreRefused) {
   EXPECT_EQ(parse(with_attributes(150000)), -1);
 
   const auto with_references = [](int loose) {
-    return "<IPPhoneTextScreen><Text>" + repeat("&#65;&#x41;", 2000) + repeat("&#x ", loose) +
-           std::string(20, ' ') + "</Text></IPPhoneTextScreen>";
+    const std::string harmless = repeat("&#65;&#x41;", 2000) + "<![CDATA[" + repeat("&# ", 2000) +
+                                 "]]><!--" + repeat("&# ", 2000) + "-->";
+    return "<IPPhoneTextScreen><Text>" + harmless + repeat("&#x ", loose) + std::string(20, ' ') +
+           "</Text></IPPhoneTextScreen>";
   };
   EXPECT_EQ(parse(with_references(1000)), 0);
   EXPECT_EQ(parse(with_references(1001)), -1);

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <limits>
@@ -21,7 +22,21 @@ int rl_file_size(const char* path) {
 }
 
 void* rl_opendir(const char* path) { return ::opendir(path); }
-void* rl_readdir(void* directory) { return ::readdir(static_cast<DIR*>(directory)); }
+
+void* rl_readdir(void* directory) {
+  auto* const folder = static_cast<DIR*>(directory);
+  if constexpr (sizeof(struct dirent) == sizeof(struct dirent64)) {
+    return ::readdir(folder);
+  } else {  // readdir fails at an inode or offset beyond 32 bits, which emulators hand out
+    thread_local struct dirent entry;
+    const struct dirent64* wide = ::readdir64(folder);
+    if (wide == nullptr) return nullptr;
+    entry.d_type = wide->d_type;
+    std::snprintf(entry.d_name, sizeof entry.d_name, "%s", wide->d_name);
+    return &entry;
+  }
+}
+
 int rl_closedir(void* directory) { return ::closedir(static_cast<DIR*>(directory)); }
 
 namespace host::files {

@@ -13,7 +13,7 @@ namespace host {
 namespace {
 
 CommandObserver observer;
-CommandRunner stand_in;
+CommandRunner runner;
 
 /// Starts the shell with no signal blocked, whatever the calling thread blocks.
 pid_t start_shell(const char* command) {
@@ -41,17 +41,10 @@ int wait_for(pid_t process) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-int run(const char* command) {
-  if (stand_in) return stand_in(command);
-  const pid_t process = start_shell(command);
-  return process > 0 ? wait_for(process) : -1;
-}
-
 }  // namespace
 
 void observe_commands(CommandObserver new_observer) { observer = std::move(new_observer); }
-
-void run_commands_with(CommandRunner runner) { stand_in = std::move(runner); }
+void run_commands_with(CommandRunner new_runner) { runner = std::move(new_runner); }
 
 }  // namespace host
 
@@ -59,5 +52,7 @@ void run_commands_with(CommandRunner runner) { stand_in = std::move(runner); }
 /// which this host has no use for.
 int rl_system_ex(const char* command, int /*first*/, int /*second*/) {
   if (host::observer) host::observer(command);
-  return host::run(command);
+  if (host::runner) return host::runner(command);
+  const pid_t process = host::start_shell(command);
+  return process > 0 ? host::wait_for(process) : -1;
 }

@@ -15,8 +15,8 @@ void observe_commands(CommandObserver observer);
 /// Runs a command in the shell's place and gives its exit status.
 using CommandRunner = std::function<int(const std::string&)>;
 
-/// Lets commands run elsewhere than in the shell, or there again with nullptr; for tests. Not safe
-/// beside running commands.
+/// Sets the runner, or gives commands to the shell again with nullptr; not safe beside running
+/// commands.
 void run_commands_with(CommandRunner runner);
 
 }  // namespace host

@@ -21,8 +21,8 @@ struct INI_SECTION_T;
 /* 1 when the file begins with the columns of a contact CSV file, else 0. */
 int is_valid_contact_file_csv(const char *path);
 
-/* Appends the columns of the file's first line to the list; 0, or -1 when it can't be opened. The
- * caller frees the list with list_free. */
+/* Appends the columns of the file's first line to the list; 0, or -1 when it can't be opened. When
+ * memory is out the list is freed and becomes NULL. The caller frees it with list_free. */
 int get_contact_csv_head(const char *path, CSV_CONTACT_LIST_T **list);
 
 /* Appends a column and returns the list's head, or NULL when memory is out. */

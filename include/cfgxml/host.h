@@ -52,7 +52,8 @@ int rl_sem_unlock(int id);
  * that is missing or empty. */
 int rl_access(const char *path, int mode);
 int rl_file_size(const char *path);
-/* Directory listing: rl_readdir gives a struct dirent, NULL at the end. */
+/* Directory listing: rl_readdir gives a struct dirent, NULL at the end. On 32 bits it is the plain
+ * one, of a host built without _FILE_OFFSET_BITS=64. */
 void *rl_opendir(const char *path);
 void *rl_readdir(void *directory);
 int rl_closedir(void *directory);

@@ -119,10 +119,12 @@ CONTACT_SUMMARY_T *cfg_search_contact_summary(const char *text);
 /* Copies the contact with this id; 0, or -1 when there is none. */
 int cfg_get_contact_data(int id, CONTACT_DATA_T *contact_data);
 
-/* Adds a contact and sets its Id. 0, 7, 17 or -1. */
+/* Adds a contact and sets its Id. 0, 7, 17 or -1. A contact that there is no memory to index is not
+ * added (-1). */
 int cfg_add_contact_data(CONTACT_DATA_T *contact_data);
 
-/* Replaces the contact that has the record's Id. 0, 4, 7 or -1. */
+/* Replaces the contact that has the record's Id. 0, 4, 7 or -1. A contact that there is no memory to
+ * index stays as it was (-1). */
 int cfg_mod_contact_data(CONTACT_DATA_T *contact_data);
 
 /* Deletes a contact; 0 also when there is none with this id, -1 for an id below 1. */
@@ -193,7 +195,8 @@ int mov_black_data(int id);
 /* --- Files. The readers and contact_data_sync take no lock (they run under their caller's); the
  * writers hold it only while they copy the lists. --- */
 
-/* Reads a contact file into the list, which is zeroed first. 0, 16, 17, 19 or -1. */
+/* Reads a contact file into the list, which is zeroed first. 0, 16, 17, 19 or -1. When memory runs
+ * out the list stays as it was (-1). */
 int get_contact_xml(const char *path, CONTACT_DATA_LIST_T *list);
 
 /* Writes the list to Contact.xml; path names the file whose root element is kept. 0 or -1. */

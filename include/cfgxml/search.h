@@ -42,7 +42,8 @@ typedef struct TRIE_RESULT_T {
   void *others; /* always NULL */
 } TRIE_RESULT_T;
 
-/* Adds a string of a record to the index; 0, or -1 for NULL arguments or an empty string. */
+/* Adds a string of a record to the index; 0, or -1 for NULL arguments or an empty string, or when
+ * memory runs out. */
 int TrieIncreaseInfo(const char *str, const TRIE_INFO_T *info);
 
 /* Removes the oldest entry of this string that belongs to info's record (its book is not looked
@@ -50,11 +51,13 @@ int TrieIncreaseInfo(const char *str, const TRIE_INFO_T *info);
 int TrieDecreaseInfo(const char *str, const TRIE_INFO_T *info);
 
 /* Indexes the local contacts afresh and renumbers their positions; takes the phonebook lock
- * (45081). 0, or -1 when the host has no contact list. */
+ * (45081). 0, or -1 when the host has no contact list, or when memory runs out: then the contacts
+ * indexed so far are found. */
 int CfgTrieReloadLocalBookInfo(void);
 
 /* Indexes a loaded remote book (0 to 4) afresh and sets its positions; takes the remote lock
- * (45070). 0, or -1 when the book is empty or the number out of range. */
+ * (45070). 0, or -1 when the book is empty or the number out of range, or when memory runs out:
+ * then the records indexed so far are found. */
 int CfgTrieReloadRemoteBookInfo(int book);
 
 /* Takes a remote book (0 to 4) out of the index; returns the number of strings removed. No lock. */

@@ -42,7 +42,8 @@ int cfg_get_dst_info_by_timezone(const char *name, DST_INFO_T *out);
 /* Brings the configured zone name (section 26, item 65) into line with the configured zone (item
  * 64): a name that belongs to the zone stays, another is replaced by the zone's first name, or
  * cleared when the table does not know the zone, and section 26 is saved. Takes the time-zone lock
- * only while it reads the table. 0; -1 without a table. */
+ * only while it reads the table. 0; -1 without a table, or when memory runs out, which changes
+ * nothing. */
 int cfg_match_timezone_name(void);
 
 #pragma GCC visibility pop

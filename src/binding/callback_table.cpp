@@ -4,6 +4,7 @@
 #include <cfgxml/host.h>
 #include <cfgxml/timezone.h>
 
+#include "support/lock.h"
 #include "support/paths.h"
 
 namespace cfgxml::binding {
@@ -54,7 +55,12 @@ void cfgxml_cb_init(CFGXML_CALLBACK_T* table) {
   for (const CFGXML_CALLBACK_T callback : cfgxml::binding::kCallbacks) *table++ = callback;
 }
 
-void cfgxml_set_root(const char* directory) { cfgxml::paths::set_root(directory); }
+void cfgxml_set_root(const char* directory) {
+  cfgxml::guarded(-1, [=] {
+    cfgxml::paths::set_root(directory);
+    return 0;
+  });
+}
 
 void* contact_deinit(void* argument) { return argument; }
 void* black_deinit(void* argument) { return argument; }

@@ -48,7 +48,8 @@ class CommunityImport : public Rows {
     return true;
   }
 
-  void end_row() override { out_of_memory_ = !append_contact() || !append_group(); }
+  /// The group first: a contact without one would not be written.
+  void end_row() override { out_of_memory_ = !append_group() || !append_contact(); }
 
   void hand_over(COMMUNITY_DATA_T& data) {
     data.Groups = groups_.release();
@@ -70,8 +71,8 @@ class CommunityImport : public Rows {
     GROUP_SUMMARY_T* node = groups_.append();
     if (node == nullptr) return false;
     *node = group_;
-    group_names_.insert(node->Name);
-    node->Id = static_cast<int>(group_names_.size());
+    node->Id = static_cast<int>(group_names_.size()) + 1;
+    group_names_.insert(node->Name);  // may be the last thing for which there is memory
     return true;
   }
 

@@ -134,9 +134,9 @@ int import_contacts(const char* path, CONTACT_DATA_LIST_T* list, const char* fun
     rl_log_err("Input param is NULL! file: %s, line: %d", kSourceFile, __LINE__);
     return -1;
   }
+  const File file = open_to_read(paths::on_disk(path));  // without memory the list is as it was
   phonebook::GroupSlots(list->Groups).clear();
   phonebook::clear_contacts(*list);
-  const File file = open_to_read(paths::on_disk(path));
   if (file == nullptr) return -1;
   ContactImport import(*list);
   read_rows(file.get(), function, import);

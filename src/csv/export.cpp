@@ -87,8 +87,7 @@ bool write(std::FILE* file, const std::string& line) {
   return std::fwrite(line.data(), 1, line.size(), file) == line.size();
 }
 
-bool write_file(File file, const CONTACT_SUMMARY_T* contact) {
-  std::string line;
+bool write_file(File file, std::string& line, const CONTACT_SUMMARY_T* contact) {
   make_header(line);
   bool written = write(file.get(), line);
   for (; written && contact != nullptr; contact = contact->next) {
@@ -104,9 +103,11 @@ int export_contacts(const char* path, const CONTACT_SUMMARY_T* summary, const ch
     rl_log_err("%s: Bad parameters", function);
     return -1;
   }
+  std::string line;
+  line.reserve(kLineCapacity);  // before the old file is gone: nothing else allocates
   File file = open_to_replace(paths::on_disk(path));
   if (file == nullptr) return -1;
-  if (write_file(std::move(file), summary)) return 0;
+  if (write_file(std::move(file), line, summary)) return 0;
   rl_log_err("%s failed: file <%s> can not be written.", function, path);
   return -1;
 }

@@ -48,8 +48,7 @@ int read_header(const char* path, CSV_CONTACT_LIST_T** list) {
   if (!read_line(file.get(), line)) return 0;
   Header header(*list, Allocator::kHost);
   *list = nullptr;
-  if (!append_columns(header, line)) return -1;
-  *list = header.release();
+  if (append_columns(header, line)) *list = header.release();
   return 0;
 }
 

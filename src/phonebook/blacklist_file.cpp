@@ -33,8 +33,7 @@ int read_entries(tinyxml2::XMLElement& root, BLACK_DATA_LIST_T& list) {
       continue;
     }
     CONTACT_DATA_T& entry = list.Entries[stored];
-    Fields(kBlacklistFields).read(element, entry);
-    copy_text(entry.Group, "");  // written, but not read back
+    Fields(kContactFields).read(element, entry);  // the group is written, but not read back
     black_names.add(entry);
     if (++stored == CFGXML_BLACKLIST_CAPACITY) return 18;
   }

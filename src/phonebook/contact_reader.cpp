@@ -104,11 +104,12 @@ int read_contact_file(const char* path, CONTACT_DATA_LIST_T* list) {
     rl_log_err("Input param is NULL! file: %s, line: %d", kSourceFile, __LINE__);
     return -1;
   }
+  XmlFile file(path);
+  const bool loaded = file.load();  // while memory may run out the list is as it was
+
   GroupSlots(list->Groups).clear();
   clear_contacts(*list);
-
-  XmlFile file(path);
-  if (!file.load()) {
+  if (!loaded) {
     rl_log_err("load file <%s> failed!", path);
     return -1;
   }

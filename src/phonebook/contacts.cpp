@@ -66,6 +66,27 @@ void write_record(CONTACT_DATA_T& slot, const CONTACT_DATA_T& contact) {
   slot = contact;
 }
 
+/// Writes a new contact into the first free slot.
+CONTACT_DATA_T& put_contact(const ContactSlots& slots, const CONTACT_DATA_T& contact) {
+  CONTACT_DATA_T& slot = *slots.end();
+  CONTACT_DATA_T record = contact;
+  record.Id = slots.next_id();
+  write_record(slot, record);
+  return slot;
+}
+
+/// What follows when a new contact is in the table.
+void finish_contact(CONTACT_DATA_LIST_T& list, CONTACT_DATA_T& slot) {
+  insert_position(ContactSlots(list.Contacts), slot);
+  sync_contacts(list);
+  contact_save();
+}
+
+int out_of_memory(const char* worker) {
+  rl_log_err("%s failed: out of memory.", worker);
+  return -1;
+}
+
 CONTACT_SUMMARY_T* _cfg_get_contact_summary(const char* group_name) {
   if (group_name == nullptr) {
     rl_log_err("%s:group_name is NULL!", __func__);
@@ -106,10 +127,9 @@ int _cfg_mod_contact_data(CONTACT_DATA_T* contact_data) {
   if (same_indexed_texts(*slot, *contact_data)) {
     write_record(*slot, *contact_data);
   } else {
-    search::remove_record(CFGXML_BOOK_LOCAL, *slot);
-    remove_position(slots, slot->position);
-    write_record(*slot, *contact_data);
-    search::add_record(CFGXML_BOOK_LOCAL, *slot);
+    const std::int32_t position = slot->position;
+    if (!search::replace_contact(*slot, *contact_data)) return out_of_memory(__func__);
+    remove_position(slots, position);
     insert_position(slots, *slot);
   }
   contact_save();
@@ -175,15 +195,10 @@ int _cfg_get_contact_data(int id, CONTACT_DATA_T* contact_data) {
   return 0;
 }
 
-void insert_contact(CONTACT_DATA_LIST_T& list, CONTACT_DATA_T& contact) {
-  const ContactSlots slots(list.Contacts);
-  contact.Id = slots.next_id();
-  CONTACT_DATA_T& slot = *slots.end();
-  write_record(slot, contact);
+void put_back_contact(CONTACT_DATA_LIST_T& list, const CONTACT_DATA_T& contact) {
+  CONTACT_DATA_T& slot = put_contact(ContactSlots(list.Contacts), contact);
   search::add_record(CFGXML_BOOK_LOCAL, slot);
-  insert_position(slots, slot);
-  sync_contacts(list);
-  contact_save();
+  finish_contact(list, slot);
 }
 
 int _cfg_add_contact_data(CONTACT_DATA_T* contact_data) {
@@ -203,7 +218,13 @@ int _cfg_add_contact_data(CONTACT_DATA_T* contact_data) {
     rl_log_err("%s failed: there are already %d contact exist.", __func__, CFGXML_CONTACT_CAPACITY);
     return 17;
   }
-  insert_contact(*list, *contact_data);
+  CONTACT_DATA_T& slot = put_contact(slots, *contact_data);
+  if (!search::add_record(CFGXML_BOOK_LOCAL, slot)) {
+    write_record(slot, {});
+    return out_of_memory(__func__);
+  }
+  contact_data->Id = slot.Id;
+  finish_contact(*list, slot);
   return 0;
 }
 

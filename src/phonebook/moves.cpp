@@ -34,7 +34,7 @@ int _cfg_mov_contact_data(int id) {
   }
   if (const int result = _cfg_add_black_data(&record); result != 0) {
     copy_text(record.Group, group);
-    insert_contact(*cfg_get_contact_list(), record);
+    put_back_contact(*cfg_get_contact_list(), record);
     rl_log_err("%s failed: cfg_add_black_data failed %d.", __func__, result);
     return result;
   }

@@ -131,13 +131,16 @@ int _cfg_destory_remote_conatct_list(const char* path) {
 
 /// The old entries leave with the remote lock held too: of two threads that index a book at once,
 /// neither adds to what the other has added.
-int reload_index(int book) {
+int reload_index(int book, const char* function) {
   search::purge(CFGXML_BOOK_REMOTE_FIRST + book);
   CONTACT_SUMMARY_T* head = book_heads[book];
+  search::Room room;
+  search::number_positions(head, room);
   for (CONTACT_SUMMARY_T* record = head; record != nullptr; record = record->next) {
-    search::add_record(CFGXML_BOOK_REMOTE_FIRST + book, *record);
+    if (search::add_record(CFGXML_BOOK_REMOTE_FIRST + book, *record)) continue;
+    rl_log_err("%s failed: out of memory.", function);
+    return -1;
   }
-  search::number_positions(head);
   return head != nullptr ? 0 : -1;
 }
 
@@ -191,7 +194,7 @@ int cfg_destory_remote_conatct_list(const char* path) {
 
 int CfgTrieReloadRemoteBookInfo(int book) {
   if (!is_book(book)) return -1;
-  return under_lock(Lock::kRemote, -1, reload_index, book);
+  return under_lock(Lock::kRemote, -1, reload_index, book, __func__);
 }
 
 int CfgTrieRemoveRemoteBookInfo(int book) {

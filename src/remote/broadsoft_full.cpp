@@ -89,13 +89,14 @@ const TextField* text_of_element(const char* name) {
   return equal(name, kName.element) ? &kName : nullptr;
 }
 
-void fill(Entry& entry, const tinyxml2::XMLElement& element, std::int32_t index) {
+bool fill(Entry& entry, const tinyxml2::XMLElement& element, std::int32_t index) {
   entry.index = index;
   for (const tinyxml2::XMLElement* child = element.FirstChildElement(); child != nullptr;
        child = child->NextSiblingElement()) {
     const TextField* text = text_of_element(child->Name());
     if (text != nullptr) rl_strcpy_s(text->of(entry), text->capacity, child->GetText());
   }
+  return true;
 }
 
 void copy_texts(Entry& to, Entry& from) {

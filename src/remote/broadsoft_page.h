@@ -41,7 +41,8 @@ bool is_entry(const tinyxml2::XMLElement& element);
 void finish_position(BSFT_CONTACT_POS_T& position, int made);
 
 /// Makes a node of every entry of a page, at most 500, fills it with fill(node, entry, index), and
-/// appends the nodes to the list. Returns their number, or -1 for a document that is no directory.
+/// appends the nodes to the list. The page ends early when memory is out, which fill tells by
+/// false. Returns the number of nodes, or -1 for a document that is no directory.
 template <typename Node, typename Fill>
 int append_page(DirectoryPage& page, BSFT_CONTACT_POS_T& position, Node*& list, Fill fill) {
   tinyxml2::XMLElement* entries = page.entries();
@@ -53,9 +54,11 @@ int append_page(DirectoryPage& page, BSFT_CONTACT_POS_T& position, Node*& list, 
   int made = 0;
   for (const tinyxml2::XMLElement& entry : Children(entries)) {
     if (!is_entry(entry)) continue;
-    Node* node = made < CFGXML_BROADSOFT_PAGE_CAPACITY ? chain.append() : nullptr;
+    if (made == CFGXML_BROADSOFT_PAGE_CAPACITY) break;
+    HostBlock<Node> node(new_block<Node>());
     if (node == nullptr) break;
-    fill(*node, entry, saturated(std::int64_t{position.start} + made));
+    if (!fill(*node, entry, saturated(std::int64_t{position.start} + made))) break;
+    chain.append(node.release());
     ++made;
   }
   list = chain.release();

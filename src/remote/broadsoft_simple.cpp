@@ -45,14 +45,24 @@ void fill(CONTACT_SUMMARY_T& contact, const tinyxml2::XMLElement& entry, std::in
   append_text(contact.DisplayName, last_name);
 }
 
+/// Room to number the list with a further page.
+search::Room room_for_page(const CONTACT_SUMMARY_T* head) {
+  std::size_t records = CFGXML_BROADSOFT_PAGE_CAPACITY;
+  for (; head != nullptr; head = head->next) ++records;
+  search::Room room;
+  room.reserve(records);
+  return room;
+}
+
 /// Counts the page, or, when it was the last one, gives every record its position.
-void finish_page(BSFT_CONTACT_POS_T& position, int made, CONTACT_SUMMARY_T* head) {
+void finish_page(BSFT_CONTACT_POS_T& position, int made, CONTACT_SUMMARY_T* head,
+                 search::Room& room) {
   if (made < CFGXML_BROADSOFT_PAGE_CAPACITY && end_of_page(position) < position.total) {
     position.state = saturated(std::int64_t{position.state} + 1);
     return;
   }
   position.state = CFGXML_BROADSOFT_COMPLETE;
-  search::number_positions(head);
+  search::number_positions(head, room);
 }
 
 CONTACT_SUMMARY_T* _cfg_append_broadsoft_simple_contact_summary(int list, const char* path,
@@ -68,13 +78,14 @@ CONTACT_SUMMARY_T* _cfg_append_broadsoft_simple_contact_summary(int list, const 
   DirectoryPage page(path);
   if (!page.load()) return nullptr;
   CONTACT_SUMMARY_T*& head = simple_lists[list];
+  search::Room room = room_for_page(head);
   const int made = append_page(
       page, *pos, head,
       [list](CONTACT_SUMMARY_T& contact, const tinyxml2::XMLElement& entry, std::int32_t index) {
         fill(contact, entry, index);
-        search::add_record(book_of_list(list), contact);
+        return search::add_record(book_of_list(list), contact);
       });
-  if (made >= 0) finish_page(*pos, made, head);
+  if (made >= 0) finish_page(*pos, made, head, room);
   return head;
 }
 

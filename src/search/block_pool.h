@@ -15,7 +15,7 @@ class BlockPool {
  public:
   static constexpr std::size_t kBlockCells = 64;
 
-  /// Makes sure that the next `count` takes succeed. Throws std::bad_alloc, and is unchanged then.
+  /// Makes sure that the next `count` takes succeed. Throws std::bad_alloc; what it got stays free.
   void reserve(std::size_t count) {
     while (free_count_ < count) add_block();
   }

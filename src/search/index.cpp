@@ -1,6 +1,8 @@
 // The process-wide index, and the exported operations on it but for the books' own.
 #include "search/index.h"
 
+#include <new>
+
 #include "support/lock.h"
 
 namespace cfgxml::search {
@@ -13,8 +15,6 @@ static_assert(sizeof(TRIE_RESULT_T) == 6001 * kWord &&
               offsetof(TRIE_RESULT_T, others) == 6000 * kWord);
 
 using Hold = std::lock_guard<std::mutex>;
-
-bool is_blank(const char* text) { return text == nullptr || *text == '\0'; }
 
 /// The one result table: what a search leaves in it is the caller's until the next search.
 TRIE_RESULT_T result;
@@ -32,23 +32,30 @@ int search_keys(const char* keys, TRIE_RESULT_T** out) {
 }  // namespace
 
 Index& the_index() {
-  // Never destroyed: a thread of the host may still search while the process exits.
-  static Index* const instance = new Index;
+  // Never destroyed: a thread of the host may still search while the process exits. In memory of
+  // its own, so that it is there when no other is.
+  alignas(Index) static std::byte memory[sizeof(Index)];
+  static Index* const instance = new (memory) Index;
   return *instance;
 }
 
-void add_texts(const TRIE_INFO_T& info, const Texts& texts) {
+bool add_texts(const TRIE_INFO_T& info, const Texts& texts) {
   const Hold hold(the_index().mutex);
-  for (const char* text : texts) {
-    if (!is_blank(text)) the_index().trie.insert(text, info);
-  }
+  return the_index().trie.insert(texts, info);
 }
 
 void remove_texts(const TRIE_INFO_T& info, const Texts& texts) {
   const Hold hold(the_index().mutex);
-  for (const char* text : texts) {
-    if (!is_blank(text)) the_index().trie.erase(text, info.record);
-  }
+  the_index().trie.erase(texts, info.record);
+}
+
+bool replace_contact(CONTACT_DATA_T& slot, const CONTACT_DATA_T& contact) {
+  const Hold hold(the_index().mutex);
+  Trie& trie = the_index().trie;
+  if (!trie.reserve(texts_of(contact), CFGXML_BOOK_LOCAL)) return false;
+  trie.erase(texts_of(slot), &slot);
+  slot = contact;
+  return trie.insert(texts_of(slot), {CFGXML_BOOK_LOCAL, &slot});
 }
 
 int purge(int book) {
@@ -63,14 +70,14 @@ using namespace cfgxml::search;  // NOLINT(google-build-using-namespace): the fi
 int TrieIncreaseInfo(const char* str, const TRIE_INFO_T* info) {
   if (is_blank(str) || info == nullptr) return -1;
   const Hold hold(the_index().mutex);
-  return the_index().trie.insert(str, *info) ? 0 : -1;
+  return the_index().trie.insert({str}, *info) ? 0 : -1;
 }
 
 int TrieDecreaseInfo(const char* str, const TRIE_INFO_T* info) {
   if (is_blank(str) || info == nullptr) return -1;
   const Hold hold(the_index().mutex);
   if (!the_index().trie.rooted()) return -1;
-  the_index().trie.erase(str, info->record);
+  the_index().trie.erase({str}, info->record);
   return 0;
 }
 

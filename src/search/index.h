@@ -1,15 +1,15 @@
 // The search index as the books see it: one process-wide trie behind a mutex of its own.
 //
 // The mutex is taken inside the host's locks and never held around a call of the host. Memory that
-// runs out costs the search a string, never the operation that wanted it indexed.
+// runs out leaves a record out of the index as a whole, never with some of its texts.
 #pragma once
 
 #include <cfgxml/phonebook.h>
 #include <cfgxml/search.h>
 
-#include <array>
 #include <cstddef>
 #include <mutex>
+#include <vector>
 
 #include "search/keypad_search.h"
 #include "search/trie.h"
@@ -27,38 +27,41 @@ Index& the_index();
 
 using Contacts = Slots<CONTACT_DATA_T, CFGXML_CONTACT_CAPACITY, &CONTACT_DATA_T::Id>;
 
-/// The texts under which a record is indexed; empty ones are not.
-inline constexpr std::size_t kTexts = 4;
-using Texts = std::array<const char*, kTexts>;
-
 template <typename Record>
 Texts texts_of(const Record& record) {
   return {record.DisplayName, record.OfficeNumber, record.MobileNumber, record.OtherNumber};
 }
 
-void add_texts(const TRIE_INFO_T& info, const Texts& texts);
+bool add_texts(const TRIE_INFO_T& info, const Texts& texts);
 void remove_texts(const TRIE_INFO_T& info, const Texts& texts);
 
 /// Index a record (CONTACT_DATA_T or CONTACT_SUMMARY_T) under its name and numbers, and take it out
-/// again: the texts must be those under which it went in.
+/// again: the texts must be those under which it went in. Adding gives false, and the record is not
+/// in the index, when memory is out.
 template <typename Record>
-void add_record(int book, Record& record) {
-  add_texts({book, &record}, texts_of(record));
+bool add_record(int book, Record& record) {
+  return add_texts({book, &record}, texts_of(record));
 }
 template <typename Record>
 void remove_record(int book, Record& record) {
   remove_texts({book, &record}, texts_of(record));
 }
 
+/// Writes a contact over another in its slot, in the index too; false, and nothing changed, when
+/// memory is out.
+bool replace_contact(CONTACT_DATA_T& slot, const CONTACT_DATA_T& contact);
+
 /// Takes a whole book out; returns the number of strings that left.
 int purge(int book);
 
 /// Number the records of a book by their names without regard to letter case: a record's position
 /// is its place in that order, of equal names the later record's the lower one; records without a
-/// name stand in front and all get the last of their places. O(n log n). The list form may throw
-/// std::bad_alloc, and changes nothing then.
+/// name stand in front and all get the last of their places. O(n log n). The list form uses room
+/// that was reserved for all its records, so that a book is not changed before there is memory to
+/// number it; it throws std::bad_alloc, and changes nothing, when there is not enough.
+using Room = std::vector<CONTACT_SUMMARY_T*>;
 void number_positions(CONTACT_DATA_LIST_T& list);
-void number_positions(CONTACT_SUMMARY_T* head);
+void number_positions(CONTACT_SUMMARY_T* head, Room& room);
 
 /// Takes a used contact out of the table and the index: the later slots move down by one and the
 /// last is cleared. The index ends up as if the strings of the contact and of those behind it had

@@ -2,7 +2,6 @@
 #include <cfgxml/host.h>
 
 #include <algorithm>
-#include <vector>
 
 #include "search/index.h"
 #include "support/lock.h"
@@ -39,11 +38,13 @@ int reload_local_book(const char* function) {
     rl_log_err("%s failed: cfg_get_contact_list return NULL.", function);
     return -1;
   }
+  bool indexed = true;
   for (CONTACT_DATA_T& contact : list->Contacts) {
-    if (contact.Id >= 1) add_record(CFGXML_BOOK_LOCAL, contact);
+    if (contact.Id >= 1) indexed = indexed && add_record(CFGXML_BOOK_LOCAL, contact);
   }
   number_positions(*list);
-  return 0;
+  if (!indexed) rl_log_err("%s failed: out of memory.", function);
+  return indexed ? 0 : -1;
 }
 
 }  // namespace
@@ -55,12 +56,12 @@ void number_positions(CONTACT_DATA_LIST_T& list) {
   number(contacts, end);
 }
 
-void number_positions(CONTACT_SUMMARY_T* head) {
-  std::vector<CONTACT_SUMMARY_T*> records;
+void number_positions(CONTACT_SUMMARY_T* head, Room& room) {
+  room.clear();
   for (CONTACT_SUMMARY_T* record = head; record != nullptr; record = record->next) {
-    records.push_back(record);
+    room.push_back(record);
   }
-  number(records.data(), records.data() + records.size());
+  number(room.data(), room.data() + room.size());
 }
 
 }  // namespace cfgxml::search

@@ -17,18 +17,6 @@ struct Run {
   RecordRange moving() const { return {deleted + 1, end}; }
 };
 
-void add(Trie& trie, CONTACT_DATA_T& contact) {
-  for (const char* text : texts_of(contact)) {
-    if (*text != '\0') trie.insert(text, {CFGXML_BOOK_LOCAL, &contact});
-  }
-}
-
-void remove(Trie& trie, const CONTACT_DATA_T& contact) {
-  for (const char* text : texts_of(contact)) {
-    if (*text != '\0') trie.erase(text, &contact);
-  }
-}
-
 /// Moves the later slots down over the deleted one. The host's own move is not used: a search waits
 /// for the index meanwhile, and no call of the host may be made then.
 void close_up(CONTACT_DATA_LIST_T& list, CONTACT_DATA_T* deleted) {
@@ -133,14 +121,19 @@ void remove_contact(CONTACT_DATA_LIST_T& list, CONTACT_DATA_T* contact) {
   trie.for_each_entry(CFGXML_BOOK_LOCAL, [&](const Entry& entry) { check.see(entry); });
 
   if (check.in_step()) {
-    remove(trie, *contact);
+    trie.erase(texts_of(*contact), contact);
     lower_addresses(trie, run);
     close_up(list, contact);
     return;
   }
-  for (CONTACT_DATA_T* slot = run.deleted; slot != run.end; ++slot) remove(trie, *slot);
+  for (CONTACT_DATA_T* slot = run.deleted; slot != run.end; ++slot) {
+    trie.erase(texts_of(*slot), slot);
+  }
   close_up(list, contact);
-  for (CONTACT_DATA_T* slot = run.deleted; slot->Id >= 1; ++slot) add(trie, *slot);
+  // The index was out of step before; without memory a contact is missing in it as a whole.
+  for (CONTACT_DATA_T* slot = run.deleted; slot->Id >= 1; ++slot) {
+    trie.insert(texts_of(*slot), {CFGXML_BOOK_LOCAL, slot});
+  }
 }
 
 }  // namespace cfgxml::search

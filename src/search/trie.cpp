@@ -83,19 +83,37 @@ Trie::Place Trie::find(const char* text) {
   return {node, true};
 }
 
-bool Trie::insert(const char* text, const TRIE_INFO_T& info) {
+bool Trie::reserve(const Texts& texts, int book) {
+  std::size_t nodes = 0;
+  std::size_t entries = 0;
+  for (const char* text : texts) {
+    if (is_blank(text)) continue;
+    nodes += std::strlen(text) / Node::kCapacity + 2;  // the text's, and one of a split
+    ++entries;
+  }
   try {
-    nodes_.reserve(std::strlen(text) / Node::kCapacity + 2);  // the text's, and one of a split
-    pool_of(info.book).reserve(1);
+    nodes_.reserve(nodes);
+    pool_of(book).reserve(entries);
   } catch (const std::bad_alloc&) {
     return false;
   }
+  return true;
+}
+
+bool Trie::insert(const Texts& texts, const TRIE_INFO_T& info) {
+  if (!reserve(texts, info.book)) return false;
+  for (const char* text : texts) {
+    if (!is_blank(text)) insert_reserved(text, info);
+  }
+  return true;
+}
+
+void Trie::insert_reserved(const char* text, const TRIE_INFO_T& info) {
   rooted_ = true;
   Node* node = reach(text);
   append(node, info);
   change_counts(node, 1);
   report_end(node);
-  return true;
 }
 
 /// The node at which the text ends, made if there is none.
@@ -162,7 +180,13 @@ void Trie::append(Node* node, const TRIE_INFO_T& info) {
   node->entries->tail = entry;
 }
 
-void Trie::erase(const char* text, const void* record) {
+void Trie::erase(const Texts& texts, const void* record) {
+  for (const char* text : texts) {
+    if (!is_blank(text)) erase_text(text, record);
+  }
+}
+
+void Trie::erase_text(const char* text, const void* record) {
   const Place place = find(text);
   if (place.node == nullptr || !place.at_end) return;
   Entry* previous = nullptr;

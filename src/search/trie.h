@@ -5,6 +5,7 @@
 
 #include <cfgxml/search.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -49,6 +50,12 @@ struct Node {
   std::uint32_t start() const { return depth - length; }
 };
 
+/// The texts under which a record is indexed; empty ones and nullptr are not.
+inline constexpr std::size_t kTexts = 4;
+using Texts = std::array<const char*, kTexts>;
+
+inline bool is_blank(const char* text) { return text == nullptr || *text == '\0'; }
+
 /// The records that lie from first on and in front of end.
 struct RecordRange {
   const void* first;
@@ -72,11 +79,14 @@ class Trie {
   Trie(const Trie&) = delete;
   Trie& operator=(const Trie&) = delete;
 
-  /// Adds a string that is not empty; false, and nothing changed, when memory is out.
-  bool insert(const char* text, const TRIE_INFO_T& info);
+  /// Makes sure that there is memory to insert these texts of a book next; false when it is out.
+  bool reserve(const Texts& texts, int book);
 
-  /// Removes the oldest entry of this string that belongs to the record, if there is one.
-  void erase(const char* text, const void* record);
+  /// Adds the texts of a record; false, and none of them added, when memory is out.
+  bool insert(const Texts& texts, const TRIE_INFO_T& info);
+
+  /// Removes, for each of the texts, the oldest entry that belongs to the record, if there is one.
+  void erase(const Texts& texts, const void* record);
 
   /// Removes every entry of a book; returns how many there were.
   int purge(int book);
@@ -104,6 +114,8 @@ class Trie {
 
   Entries& pool_of(int book);
 
+  void insert_reserved(const char* text, const TRIE_INFO_T& info);
+  void erase_text(const char* text, const void* record);
   Node* reach(const char* text);
   Node* add_child(Node* parent, Node** link, const char* text);
   void split(Node** link, std::size_t length);

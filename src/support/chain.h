@@ -54,10 +54,14 @@ class Chain {
   /// A new zero-filled last node, or nullptr when memory is out.
   Node* append() {
     Node* node = new_block<Node>(allocator_);
-    if (node == nullptr) return nullptr;
+    if (node != nullptr) append(node);
+    return node;
+  }
+
+  /// Takes over a node as the last one.
+  void append(Node* node) {
     (tail_ != nullptr ? tail_->next : head_) = node;
     tail_ = node;
-    return node;
   }
 
   /// A new zero-filled first node, or nullptr when memory is out.

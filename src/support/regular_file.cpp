@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <new>
+
 namespace cfgxml {
 namespace {
 
@@ -20,11 +22,13 @@ int open_regular(const std::string& file, int flags) {
   return -1;
 }
 
+/// An open file fails to become a stream only for want of memory, which says nothing of the file.
 File stream_of(int descriptor, const char* mode) {
   if (descriptor < 0) return nullptr;
   File file(::fdopen(descriptor, mode));
-  if (file == nullptr) ::close(descriptor);
-  return file;
+  if (file != nullptr) return file;
+  ::close(descriptor);
+  throw std::bad_alloc();
 }
 
 }  // namespace

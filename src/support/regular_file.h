@@ -13,10 +13,11 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-/// Opens a file for reading; nullptr when that fails.
+/// Opens a file for reading; nullptr when that fails. Throws std::bad_alloc when memory is out.
 File open_to_read(const std::string& file);
 
-/// Opens a file for writing, created or emptied; nullptr when that fails.
+/// Opens a file for writing, created or emptied; nullptr when that fails. Throws std::bad_alloc,
+/// and leaves a file as it is, when memory is out.
 File open_to_replace(const std::string& file);
 
 }  // namespace cfgxml

@@ -68,9 +68,21 @@ class TemporaryFile {
   File stream_;
 };
 
-bool sync_folder_of(const std::string& path) {
+/// The XML library takes text outside the root, but could not read again what it would write of it.
+void drop_loose_text(tinyxml2::XMLDocument& document) {
+  for (tinyxml2::XMLNode* node = document.FirstChild(); node != nullptr;) {
+    tinyxml2::XMLNode* next = node->NextSibling();
+    if (node->ToText() != nullptr) document.DeleteChild(node);
+    node = next;
+  }
+}
+
+std::string folder_of(const std::string& path) {
   const std::size_t slash = path.rfind('/');
-  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+bool sync_folder(const std::string& folder) {
   const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return false;
   const bool synced = ::fsync(descriptor) == 0;
@@ -94,7 +106,9 @@ bool XmlFile::load() {
 }
 
 bool XmlFile::parse(const char* text) {
-  return within_limits(text) && document_.Parse(text) == tinyxml2::XML_SUCCESS;
+  if (!within_limits(text) || document_.Parse(text) != tinyxml2::XML_SUCCESS) return false;
+  drop_loose_text(document_);
+  return true;
 }
 
 void XmlFile::keep_aside() {
@@ -152,9 +166,10 @@ bool XmlFile::replace_file() {
   tinyxml2::XMLPrinter text;
   document_.Print(&text);
 
+  const std::string folder = folder_of(file_);  // nothing is allocated behind the rename
   TemporaryFile temporary(file_);
   return temporary.write(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1) &&
-         temporary.sync(mode) && temporary.rename_over(file_) && sync_folder_of(file_);
+         temporary.sync(mode) && temporary.rename_over(file_) && sync_folder(folder);
 }
 
 int XmlFile::save(const char* worker) {

@@ -24,9 +24,9 @@ bool starts_with(const char* text, std::string_view part) {
   return std::strncmp(text, part.data(), part.size()) == 0;
 }
 
-/// Behind the part that starts at this "<" and is no tag; nullptr for a tag.
+/// Behind the part that starts here and may hold any sign; nullptr when none starts here.
 const char* skip_opaque(const char* text) {
-  if (text[1] != '!' && text[1] != '?') return nullptr;
+  if (text[0] != '<' || (text[1] != '!' && text[1] != '?')) return nullptr;
   for (const Opaque& part : kOpaque) {
     if (!starts_with(text, part.begin)) continue;
     const char* end = std::strstr(after(text, part.begin), part.end);
@@ -35,7 +35,7 @@ const char* skip_opaque(const char* text) {
   return nullptr;
 }
 
-/// Behind the tag that starts here, or at the text's end; counts its attributes by their values.
+/// At the end of the tag that starts here, or at the text's; counts its attributes by their values.
 const char* skip_tag(const char* tag, int& attributes) {
   for (; *tag != '\0' && *tag != '>'; ++tag) {
     if (*tag != '"' && *tag != '\'') continue;
@@ -47,30 +47,30 @@ const char* skip_tag(const char* tag, int& attributes) {
   return tag;
 }
 
-bool few_attributes(const char* text) {
-  while ((text = std::strchr(text, '<')) != nullptr) {
+int loose_references(std::string_view part) {
+  int loose = 0;
+  for (std::size_t at = 0; (at = part.find("&#", at)) != std::string_view::npos; at += 2) {
+    if (part.substr(at, kLongestReference).find(';') == std::string_view::npos) ++loose;
+  }
+  return loose;
+}
+
+}  // namespace
+
+bool within_limits(const char* text) {
+  int loose = 0;
+  while (*text != '\0') {
     if (const char* behind = skip_opaque(text)) {
       text = behind;
       continue;
     }
     int attributes = 0;
-    text = skip_tag(text, attributes);
-    if (attributes > kMostAttributes) return false;
+    const char* end = *text == '<' ? skip_tag(text, attributes) : text + std::strcspn(text, "<");
+    loose += loose_references({text, static_cast<std::size_t>(end - text)});
+    if (attributes > kMostAttributes || loose > kMostLooseReferences) return false;
+    text = end;
   }
   return true;
 }
-
-bool few_loose_references(const char* text) {
-  int loose = 0;
-  for (; (text = std::strstr(text, "&#")) != nullptr; text += 2) {
-    if (std::memchr(text, ';', ::strnlen(text, kLongestReference)) != nullptr) continue;
-    if (++loose > kMostLooseReferences) return false;
-  }
-  return true;
-}
-
-}  // namespace
-
-bool within_limits(const char* text) { return few_attributes(text) && few_loose_references(text); }
 
 }  // namespace cfgxml

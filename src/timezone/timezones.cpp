@@ -54,23 +54,31 @@ const tinyxml2::XMLElement* find_zone(tinyxml2::XMLElement* root, const char* na
   return nullptr;
 }
 
-}  // namespace
+using Zones = Chain<TIMEZONE_DATA_T>;
 
-TIMEZONE_DATA_T* _cfg_get_timezone_list() {
+/// Reads the table, as far as there is one; false when memory ran out on the way.
+bool read_zones(Zones* zones) {
   XmlFile file(paths::kTimezones);
   if (!file.load()) {
     rl_log_debug("load file <%s> fail!\n", file.path());
-    return nullptr;
+    return true;
   }
-  if (file.root() == nullptr) return nullptr;
+  if (file.root() == nullptr) return true;
 
-  Chain<TIMEZONE_DATA_T> chain;
   for (const tinyxml2::XMLElement& zone : Children(file.root())) {
-    TIMEZONE_DATA_T* node = chain.append();
-    if (node == nullptr) break;
+    TIMEZONE_DATA_T* node = zones->append();
+    if (node == nullptr) return false;
     kZoneFields.read(zone, *node);
   }
-  return chain.release();
+  return true;
+}
+
+}  // namespace
+
+TIMEZONE_DATA_T* _cfg_get_timezone_list() {
+  Zones zones;
+  read_zones(&zones);
+  return zones.release();
 }
 
 int cfg_destory_timezone_list(TIMEZONE_DATA_T* timezone_header) {
@@ -103,9 +111,11 @@ int cfg_get_dst_info_by_timezone(const char* name, DST_INFO_T* out) {
   return 0;
 }
 
+/// A table that was read in part does not tell whether it knows the zone.
 int cfg_match_timezone_name() {
-  const Chain<TIMEZONE_DATA_T> zones(::cfg_get_timezone_list(), Allocator::kHost);
-  if (zones.head() == nullptr) {
+  Zones zones;
+  const bool whole = under_lock(Lock::kTimezones, false, read_zones, &zones);
+  if (!whole || zones.head() == nullptr) {
     rl_log_info("%s null pointer", __func__);
     return -1;
   }

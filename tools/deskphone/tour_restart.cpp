@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <string>
@@ -19,9 +20,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Starts this program again with no signal held back, its standard output going to a pipe.
+/// Starts this program again by the name it was started with, no signal held back, its standard
+/// output going to a pipe.
 pid_t start_again(std::vector<std::string> words, int output) {
-  words.insert(words.begin(), program_file().string());
+  words.insert(words.begin(), program_invocation_name);
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
@@ -38,7 +40,7 @@ pid_t start_again(std::vector<std::string> words, int output) {
 
   pid_t process = -1;
   const int error =
-      posix_spawn(&process, arguments[0], &actions, &attributes, arguments.data(), environ);
+      posix_spawnp(&process, arguments[0], &actions, &attributes, arguments.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
   posix_spawnattr_destroy(&attributes);
   return error == 0 ? process : -1;

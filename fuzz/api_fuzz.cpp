@@ -1,28 +1,21 @@
 // Any bytes as a sequence of calls with arbitrary arguments; the rules of the data after each.
 #include <cfgxml/binding.h>
-#include <cfgxml/remote.h>
 #include <fuzzer/FuzzedDataProvider.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
+#include <algorithm>
+#include <cstring>
 #include <limits>
-#include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
-#include "calls/files.h"
 #include "calls/world.h"
-#include "host.h"
+#include "phone.h"
 #include "runtime/locks.h"
 #include "runtime/logging.h"
-#include "runtime/shell.h"
 #include "support/invariants.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 using calls::Call;
 using calls::Choices;
@@ -60,52 +53,19 @@ class InputChoices : public Choices {
   FuzzedDataProvider data_;
 };
 
-/// The library's root: in memory where the machine has that.
-fs::path new_folder() {
-  const fs::path memory = "/dev/shm";
-  const fs::path parent = fs::is_directory(memory) ? memory : fs::temp_directory_path();
-  std::string name = (parent / "api-fuzz-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) std::abort();
-  return name;
-}
+/// Ends the run as a finding when a check named a rule.
+void require_unbroken(const std::string& rule) { require(rule.empty(), rule.c_str()); }
 
-/// What the library asks of the shell, without one: rm -f PATH, cp -f "SOURCE" "TARGET".
-int run_command(const std::string& command) {
-  constexpr char kRemove[] = "rm -f ";
-  constexpr char kCopy[] = "cp -f \"";
-  std::error_code error;
-  if (command.rfind(kRemove, 0) == 0) {
-    fs::remove(command.substr(sizeof kRemove - 1), error);
-    return 0;
-  }
-  const std::size_t middle = command.find("\" \"");
-  if (command.rfind(kCopy, 0) != 0 || middle == std::string::npos || command.back() != '"') {
-    std::fprintf(stderr, "a command of another form: %s\n", command.c_str());
-    std::abort();
-  }
-  const std::string source = command.substr(sizeof kCopy - 1, middle - (sizeof kCopy - 1));
-  const std::string target = command.substr(middle + 3, command.size() - middle - 4);
-  return fs::copy_file(source, target, fs::copy_options::overwrite_existing, error) ? 0 : 1;
-}
-
-/// Ends the run as a finding.
-void require_unbroken(const std::string& rule) {
-  if (rule.empty()) return;
-  std::fprintf(stderr, "broken: %s\n", rule.c_str());
-  std::abort();
-}
-
-/// The phone of one input: fresh data, then calls, then everything given back.
-class Phone {
+/// The phone during one input: fresh data, then calls, then everything given back.
+class Session {
  public:
-  explicit Phone(const fs::path& root) : world_(root, true) {
+  explicit Session(const Phone& phone) : world_(phone.on_disk(""), true) {
     world_.write_profile();
-    host_.open_profile(root);
     host_.load();
     CfgTrieReloadLocalBookInfo();
   }
 
-  ~Phone() {
+  ~Session() {
     world_.free_books();
     host_.stop_saving();
     host_.saver().forget();
@@ -139,9 +99,9 @@ class Phone {
     require_unbroken(phone_test::broken_phonebook(contacts(), host_.lists().blacklist()));
     require_unbroken(phone_test::broken_history(host_.lists().history()));
     if (positions_hold()) require_unbroken(phone_test::broken_positions(contacts()));
-    if (host::locks::held() != 0) require_unbroken("a host lock is still taken");
-    if (host::locks::faulty_releases() != 0) require_unbroken("a lock was released by no holder");
-    if (host::locks::inversions() != 0) require_unbroken("locks were taken in a forbidden order");
+    require(host::locks::held() == 0, "every host lock is released");
+    require(host::locks::faulty_releases() == 0, "locks are released by their holders");
+    require(host::locks::inversions() == 0, "locks nest as they may");
   }
 
   void check_index() {
@@ -207,40 +167,55 @@ class Phone {
   World world_;
 };
 
-const fs::path& prepare_host() {
-  static const fs::path root = new_folder();
-  host::the_host().bind(cfgxml_cb_init);
-  host::observe_log([](host::LogLevel, const std::string&) {});  // so that messages are formatted
-  host::run_commands_with(run_command);
-  cfgxml_set_root(root.c_str());
-  std::atexit([] {
-    std::error_code error;
-    fs::remove_all(root, error);
-  });
-  return root;
+const Phone& the_phone() {
+  static const Phone phone;
+  host::observe_log([](host::LogLevel, const std::string&) {});  // messages are formatted then
+  return phone;
 }
 
 }  // namespace
 
-/// The library's removals, which go through the C library.
-extern "C" int system(const char* command) { return run_command(command); }
+/// Long sequences from the start: the fuzzer would try short inputs for hours first.
+extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments) {
+  static char length_control[] = "-len_control=0";
+  static std::vector<char*> all(*arguments, *arguments + *count);
+  all.insert(all.begin() + 1, length_control);
+  *count = static_cast<int>(all.size());
+  all.push_back(nullptr);
+  *arguments = all.data();
+  return 0;
+}
+
+extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t most);
+
+/// Now and then adds bytes for further calls, at the front, where the last choices are taken from:
+/// what the input led to so far stays, and sequences grow long.
+extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
+                                               std::size_t most, unsigned seed) {
+  std::minstd_rand random(seed);
+  const std::size_t more = 1 + random() % 400;
+  if (random() % 4 != 0 || size + more > most) return LLVMFuzzerMutate(data, size, most);
+  std::memmove(data + more, data, size);
+  std::generate_n(data, more, [&] { return static_cast<std::uint8_t>(random()); });
+  return size + more;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const fs::path& root = prepare_host();
+  static const Phone& phone = the_phone();
   static const std::vector<Call> calls = calls::all_calls();
   const int last_call = static_cast<int>(calls.size());
-  Phone phone(root);
+  Session session(phone);
   InputChoices choices(data, size);
   for (int made = 1; made <= kMostCalls && !choices.at_end(); ++made) {
     const int chosen = choices.number(0, last_call);
     if (chosen == last_call) {
-      phone.damage_file(choices);
+      session.damage_file(choices);
     } else {
-      phone.make_call(calls[static_cast<std::size_t>(chosen)], choices);
+      session.make_call(calls[static_cast<std::size_t>(chosen)], choices);
     }
-    phone.check_tables();
-    if (made % kCallsBetweenIndexChecks == 0) phone.check_index();
+    session.check_tables();
+    if (made % kCallsBetweenIndexChecks == 0) session.check_index();
   }
-  phone.check_all();
+  session.check_all();
   return 0;
 }

@@ -41,7 +41,7 @@ std::string entries(Choices& choices, const std::function<std::string(int)>& ent
   int count = choices.number(0, 6);
   if (choices.odd()) count = choices.number(0, 620);
   std::string text;
-  for (int place = 1; place <= count && text.size() < 60000; ++place) text += entry(place);
+  for (int place = 1; place <= count && text.size() < 200000; ++place) text += entry(place);
   return text;
 }
 
@@ -52,25 +52,31 @@ std::string numbers(Choices& choices) {
          attribute("OtherNumber", choices.phone_number());
 }
 
+/// Mostly one of its own, so that long files fill a list.
+std::string name_of_entry(Choices& choices, const char* stem, int place) {
+  return choices.number(0, 3) == 3 ? choices.name() : stem + std::to_string(place);
+}
+
 std::string contact_entry(Choices& choices, const char* element, int id) {
   return std::string("<") + element + attribute("Id", std::to_string(id)) +
          attribute("Line", std::to_string(choices.line())) +
-         attribute("DisplayName", choices.name()) + numbers(choices) + attribute("Ring", "Auto") +
-         attribute("Photo", "Default") + "/>";
+         attribute("DisplayName", name_of_entry(choices, element, id)) + numbers(choices) +
+         attribute("Ring", "Auto") + attribute("Photo", "Default") + "/>";
 }
 
-std::string remote_entry(Choices& choices) {
+std::string remote_entry(Choices& choices, int place) {
   if (choices.number(0, 15) != 0) {
-    return "<Contact" + attribute("Name", choices.name()) + numbers(choices) + "/>";
+    return "<Contact" + attribute("Name", name_of_entry(choices, "Remote ", place)) +
+           numbers(choices) + "/>";
   }
   return "<DirectoryEntry>" + child("Name", choices.name()) +
          child("Telephone", choices.phone_number()) + "</DirectoryEntry>";
 }
 
-std::string directory_entry(Choices& choices) {
-  return "<entry>" + child("firstName", choices.name()) + child("lastName", choices.name()) +
-         child("number", choices.phone_number()) + child("mobile", choices.phone_number()) +
-         "</entry>";
+std::string directory_entry(Choices& choices, int place) {
+  return "<entry>" + child("firstName", name_of_entry(choices, "Listed ", place)) +
+         child("lastName", choices.word()) + child("number", choices.phone_number()) +
+         child("mobile", choices.phone_number()) + "</entry>";
 }
 
 }  // namespace
@@ -94,8 +100,8 @@ std::string contact_csv_file(Choices& choices) {
   return "FN,N,EMAIL,TEL_HOME,TEL_WORK,TEL_MOBILE,TEL_OTHER,TEL_FAX,TEL_CUSTOM,RING,COMPANY,TITLE,"
          "ADDR_MAIN,ADDR_OTHER,IMS,WEB,NOTES,BIRTHDAY,X-IRMC-LUID,GROUP,GROUP_RING,"
          "GROUP_DESCRIPTION,PHOTO,LINE,END\n" +
-         entries(choices, [&](int) {
-           const std::string name = choices.name();
+         entries(choices, [&](int place) {
+           const std::string name = name_of_entry(choices, "Row ", place);
            return name + "," + name + ",,," + choices.phone_number() + "," +
                   choices.phone_number() + ",,,,Auto,,,,,,,,,," + choices.group() +
                   ",Auto,,Default," + std::to_string(choices.line()) + ",END\n";
@@ -138,7 +144,8 @@ std::string rule_file(Choices& choices, const char* list) {
 
 std::string remote_book_file(Choices& choices) {
   if (choices.odd()) return choices.odd_text();
-  return "<Book>" + entries(choices, [&](int) { return remote_entry(choices); }) + "</Book>";
+  return "<Book>" + entries(choices, [&](int place) { return remote_entry(choices, place); }) +
+         "</Book>";
 }
 
 std::string directory_page_file(Choices& choices) {
@@ -149,7 +156,8 @@ std::string directory_page_file(Choices& choices) {
   std::string page = "<Personal xmlns=\"http://schema.broadsoft.com/xsi\">";
   page += child("startIndex", count()) + child("numberOfRecords", count());
   if (choices.flag()) page += child("totalAvailableRecords", count());
-  return page + entries(choices, [&](int) { return directory_entry(choices); }) + "</Personal>";
+  return page + entries(choices, [&](int place) { return directory_entry(choices, place); }) +
+         "</Personal>";
 }
 
 }  // namespace calls

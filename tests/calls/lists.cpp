@@ -1,6 +1,8 @@
-// The lists that live in files alone: dial rules, BlockOut, messages.
+// The lists that live in files alone: dial rules, BlockOut, messages, notifications, time zones.
 #include <cfgxml/dialrule.h>
 #include <cfgxml/message.h>
+#include <cfgxml/notify.h>
+#include <cfgxml/timezone.h>
 
 #include <utility>
 
@@ -172,6 +174,30 @@ void read_all_messages(World& world, Choices& /*choices*/) {
   world.require(cfg_get_inbox_unread() >= -1, "less than no message is unread");
 }
 
+void replace_notifications(World& world, Choices& choices) {
+  std::array<NOTIFICATION_T, 3> list{};
+  for (std::size_t i = 0; i != list.size(); ++i) {
+    fill(list[i].Name, choices.word());
+    list[i].Notify = choices.line();
+    if (i + 1 != list.size() && choices.flag()) list[i].next = &list[i + 1];
+    if (list[i].next == nullptr) break;
+  }
+  world.expect_result("cfg_save_notification_list",
+                      cfg_save_notification_list(choices.argument(list.front())), {0, -1});
+  NOTIFICATION_T* stored = cfg_get_notification_list();
+  if (stored != nullptr) cfg_destory_notification_list(stored);
+}
+
+void use_time_zones(World& world, Choices& choices) {
+  TIMEZONE_DATA_T* zones = cfg_get_timezone_list();
+  if (zones != nullptr) cfg_destory_timezone_list(zones);
+  DST_INFO_T rule;
+  const Text name(choices, choices.flag() ? "Zone" : choices.word());
+  world.expect_result("cfg_get_dst_info_by_timezone",
+                      cfg_get_dst_info_by_timezone(name, choices.argument(rule)), {0, -1});
+  world.expect_result("cfg_match_timezone_name", cfg_match_timezone_name(), {0, -1});
+}
+
 }  // namespace
 
 const std::vector<Call> kListCalls = {
@@ -180,6 +206,8 @@ const std::vector<Call> kListCalls = {
     {"BlockOut", 6, use_rules<BLOCKOUT_DATA_T, kBlockOut>},
     {"messages", 10, use_box},
     {"read all messages", 2, read_all_messages},
+    {"notifications", 2, replace_notifications},
+    {"time zones", 1, use_time_zones},
 };
 
 }  // namespace calls

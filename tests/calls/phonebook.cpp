@@ -166,6 +166,17 @@ void move(World& world, Choices& choices) {
   world.expect_result("a move", result, {0, 7, 17, 18, -1});
 }
 
+/// What runs under its caller's lock.
+void check_names(World& world, Choices& choices) {
+  const HostLock hold(kPhonebookLock);
+  const Text name(choices, choices.flag() ? choices.name() : choices.group());
+  const int id = choices.flag() ? -1 : choices.id();
+  world.expect_result("is_name_in_group", is_name_in_group(name, id), {0, 1});
+  world.expect_result("is_name_in_contact", is_name_in_contact(name, id), {0, 1});
+  world.expect_result("is_name_in_black", is_name_in_black(name, id), {0, 1});
+  world.expect_result("contact_data_sync", contact_data_sync(), {0});
+}
+
 void name_caller(World& world, Choices& choices) {
   const Text number(choices, choices.phone_number());
   const Text shown(choices, choices.name());
@@ -272,6 +283,7 @@ const std::vector<Call> kPhonebookCalls = {
     {"change the blacklist", 6, change_black},
     {"delete from the blacklist", 4, delete_black},
     {"move a record", 8, move},
+    {"check names", 4, check_names},
     {"name a caller", 6, name_caller},
     {"load contacts", 1, load_contacts},
     {"load the blacklist", 1, load_blacklist},

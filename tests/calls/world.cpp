@@ -20,6 +20,9 @@ constexpr std::pair<const char*, const char*> kNewFiles[] = {
     {"/config/Phone/General/DialRule/DialNow.xml", "<Dial/>"},
     {"/config/Phone/General/DialRule/DialReplace.xml", "<Dial/>"},
     {"/config/Phone/General/DialRule/BlockOut.xml", "<Dial/>"},
+    {"/config/System/TimeZone.xml",
+     "<TimeZoneData><Zone Id=\"1\" TimeZone=\"0\" Name=\"Zone\" Type=\"1\" Start=\"1\" End=\"2\"/>"
+     "</TimeZoneData>"},
 };
 
 }  // namespace
@@ -31,8 +34,9 @@ std::string World::write(const std::string& path, const std::string& text) const
 }
 
 void World::write_profile() const {
-  for (const char* folder : {"/config/Phone/Contact", "/config/Phone/History",
-                             "/config/Phone/Message", "/config/Phone/General/DialRule", "/tmp"}) {
+  for (const char* folder :
+       {"/config/Phone/Contact", "/config/Phone/History", "/config/Phone/Message",
+        "/config/Phone/General/DialRule", "/config/Network/Rcpe", "/config/System", "/tmp"}) {
     std::filesystem::create_directories(on_disk(folder));
   }
   for (const auto& [path, text] : kNewFiles) write(path, text);

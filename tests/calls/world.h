@@ -118,7 +118,7 @@ extern const std::vector<Call> kPhonebookCalls;
 extern const std::vector<Call> kSearchCalls;
 extern const std::vector<Call> kRemoteCalls;
 extern const std::vector<Call> kHistoryCalls;
-extern const std::vector<Call> kListCalls;  // dial rules, BlockOut, messages
+extern const std::vector<Call> kListCalls;  // those that live in files
 
 /// All of them.
 std::vector<Call> all_calls();

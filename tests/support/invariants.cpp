@@ -298,7 +298,7 @@ std::string broken_index(const CONTACT_DATA_LIST_T& contacts, const Books& books
 
 std::string broken_by_reload() {
   const std::vector<Hits> before = search_all_keys();
-  if (CfgTrieReloadLocalBookInfo() != 0) return "";
+  if (CfgTrieReloadLocalBookInfo() != 0) return "index: the contacts can not be indexed";
   const std::vector<Hits> after = search_all_keys();
   for (std::size_t i = 0; i != before.size(); ++i) {
     if (!(before[i] == after[i])) return at("searches", i, "differs from that in a fresh index");

@@ -47,6 +47,12 @@ void insert(Index& index, int book, Record& record) {
   }
 }
 
+template <typename Record>
+void insert(cfgxml::search::Trie& trie, int book, Record& record) {
+  const auto [name, office, mobile, other] = texts_of(record);
+  trie.insert({name, office, mobile, other}, {book, &record});
+}
+
 template <typename Index, typename Record>
 void erase(Index& index, Record& record) {
   for (const char* text : texts_of(record)) {

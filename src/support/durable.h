@@ -32,7 +32,7 @@ class Before {
  public:
   Before() = default;
   /// Puts back what was neither dropped nor kept.
-  ~Before();
+  ~Before() { put_back(); }
   Before(const Before&) = delete;
   Before& operator=(const Before&) = delete;
 

@@ -79,7 +79,10 @@ int keep_during(int (*move)(int), int id, const char* losing_file, bool writes_a
   durable::Before before;
   if (writes_at_once && XmlFile(losing_file).load()) before.copy(paths::on_disk(losing_file));
   const int result = move(id);
-  before.drop();
+  if (!before.drop()) {
+    rl_log_err("%s failed: <%s> may have the record until it is saved next.", __func__,
+               losing_file);
+  }
   return result;
 }
 

@@ -31,8 +31,9 @@ std::optional<int> copy_over(const char* source, const char* data_file, shell::H
   const int result = shell::copy_file(from.c_str(), to.c_str(), words);
   // What the numbers of a host's shell mean is the host's affair; the files tell.
   if (!holds_the_same(from, to)) {
+    rl_log_err("%s failed: <%s> stays as it was.", __func__, data_file);
     before.put_back();
-  } else if (!before.drop()) {
+  } else if (!durable::sync(to) || !before.drop()) {
     rl_log_err("%s failed: <%s> can not be synced.", __func__, data_file);
     return std::nullopt;
   }

@@ -42,13 +42,6 @@ bool sync_folder(const std::string& name) {
   return folder.is_open() && (::fsync(folder.number()) == 0 || errno == EINVAL);
 }
 
-/// What a command wrote is on the disk after this; true also when it left no file.
-bool sync_file(const std::string& file) {
-  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  if (!descriptor.is_open()) return errno == ENOENT;
-  return ::fsync(descriptor.number()) == 0 || errno == EINVAL;
-}
-
 /// False when somebody is at work on the file. Where files cannot be locked, nobody is.
 bool lock_if_free(const Descriptor& file) {
   return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
@@ -157,6 +150,12 @@ bool replace(const std::string& file, std::string_view text, mode_t mode) {
   return sync_folder(folder);
 }
 
+bool sync(const std::string& file) {
+  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!descriptor.is_open()) return errno == ENOENT;
+  return ::fsync(descriptor.number()) == 0 || errno == EINVAL;
+}
+
 void sweep(const std::string& file) {
   const std::string folder_name = folder_of(file);
   const std::unique_ptr<DIR, CloseFolder> folder(::opendir(folder_name.c_str()));
@@ -219,7 +218,7 @@ bool Before::move(const std::string& file) {
 bool Before::drop() {
   const auto step = hold();
   if (!kept_) return true;
-  if (!sync_file(kept_->file) || ::unlink(kept_->before.c_str()) != 0) return settle(false);
+  if (::unlink(kept_->before.c_str()) != 0) return settle(false);
   return sync_folder(forget().folder);
 }
 

@@ -23,6 +23,9 @@ namespace cfgxml::durable {
 /// one is in place, and a cut may still bring the old one back.
 bool replace(const std::string& file, std::string_view text, mode_t mode);
 
+/// Waits until what others wrote into a file is on the disk; true also when there is no file.
+bool sync(const std::string& file);
+
 /// Removes what replace() left beside the file when a cut ended it.
 void sweep(const std::string& file);
 
@@ -47,8 +50,8 @@ class Before {
   /// The mode of what is kept, or the fresh one when nothing is.
   mode_t mode_or(mode_t fresh) const;
 
-  /// The new file is in place: syncs it, and forgets the old one. False when that fails, which puts
-  /// the old one back.
+  /// The new file is on the disk: the old one is forgotten. False when that fails, which puts it
+  /// back.
   bool drop();
 
   /// The new file, if there is one, is on the disk already: the old one becomes "<file>.corrupt"

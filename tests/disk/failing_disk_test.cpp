@@ -211,9 +211,9 @@ class FailingDisk : public DiskPhone {
     if (error == 0 || (operation.tells == Tells::kResult && result == 0)) {
       EXPECT_TRUE(now == after_) << "it says that all went well";
     }
-    if (result != 0) {
-      EXPECT_EQ(result, -1);
-      EXPECT_TRUE(told_of_it() || operation.make == export_csv);
+    EXPECT_TRUE(result == 0 || result == -1) << result;
+    if (operation.make != export_csv) {
+      EXPECT_TRUE(told_of_it() || (result == 0 && now == after_)) << "nothing in the log";
     }
     const bool may_be_unchanged =
         result != 0 || operation.tells == Tells::kNothingAndChangesNothing;

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "input_file.h"
+#include "phone.h"
 
 namespace {
 
@@ -76,7 +77,9 @@ void read_community(const char* path) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const Phone phone;
   static const InputFile file;
+  static const std::string exported = phone.on_disk("/export.csv");
   static const auto other_list = std::make_unique<CONTACT_DATA_LIST_T>();
   file.hold(data, size);
   const int valid = is_valid_contact_file_csv(file.path());
@@ -84,6 +87,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   import(file.path(), *cfg_get_contact_list(), true);
   import(file.path(), *other_list, false);
   read_community(file.path());
-  export_again(file.path());
+  export_again(exported.c_str());
   return 0;
 }

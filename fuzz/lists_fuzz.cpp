@@ -284,19 +284,20 @@ void check_texts(const DST_INFO_T& saving) {
   check_text(saving.Offset);
 }
 
-/// Finds a zone whose configured name is none of its own; its first name takes the place.
+/// Configures a name that none of the zone's has; its first name takes the place.
 void repair_name(const Nodes<TIMEZONE_DATA_T>& zones, const TIMEZONE_DATA_T& zone) {
+  const TIMEZONE_DATA_T* first = nullptr;
+  for (const TIMEZONE_DATA_T& other : zones) {
+    if (std::strcmp(other.TimeZone, zone.TimeZone) != 0) continue;
+    if (std::strcmp(other.Name, "Nowhere at all") == 0) return;
+    if (first == nullptr) first = &other;
+  }
   cfg_set_string(26, 64, zone.TimeZone);
   cfg_set_string(26, 65, "Nowhere at all");
   require(cfg_match_timezone_name() == 0, "the name is brought into line");
   char name[64];
   cfg_get_string(26, 65, name, sizeof name, "");
-  for (const TIMEZONE_DATA_T& other : zones) {
-    if (std::strcmp(other.TimeZone, zone.TimeZone) != 0) continue;
-    if (std::strcmp(other.Name, "Nowhere at all") == 0) return;
-    require(std::strcmp(other.Name, name) == 0, "the name is the zone's first");
-    return;
-  }
+  require(std::strcmp(first->Name, name) == 0, "the name is the zone's first");
 }
 
 void fuzz_zones(std::string_view content) {

@@ -212,6 +212,17 @@ TEST_F(PhonebookFilesTest, CommunityDataIsWrittenToItsPath) {
   EXPECT_TRUE(logged("save_community_xml: Bad parameters"));
 }
 
+TEST_F(PhonebookFilesTest, AMoveWhoseSecondFileCannotBeWrittenStaysInTheFirst) {
+  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Ann"))), 0);
+  std::filesystem::create_directories(on_disk(kBlacklist));
+  EXPECT_EQ(cfg_mov_contact_data(1), 0);
+  EXPECT_STREQ(blacklist().Entries[0].DisplayName, "Ann");
+  EXPECT_NE(read(kContacts).find("Ann"), std::string::npos);
+  std::filesystem::remove(on_disk(kBlacklist));
+  contact_save();
+  EXPECT_EQ(read(kContacts).find("Ann"), std::string::npos);
+}
+
 TEST_F(PhonebookFilesTest, UploadsReplaceTheFileAndReload) {
   ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Old"))), 0);
   write("/new.xml", "<B>" + group_xml("Work", "2", entry_xml("Contact", 1, "New")) + "</B>");

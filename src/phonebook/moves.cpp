@@ -3,9 +3,12 @@
 #include <cfgxml/host.h>
 #include <cfgxml/phonebook.h>
 
+#include <functional>
+
 #include "binding/saving.h"
 #include "phonebook/blacklist.h"
 #include "phonebook/contacts.h"
+#include "phonebook/file_format.h"
 #include "phonebook/tables.h"
 #include "support/durable.h"
 #include "support/lock.h"
@@ -73,13 +76,18 @@ int _cfg_mov_black_data(int id) {
 }
 
 /// A move writes the file that loses the record before the one that gains it. Where these writes
-/// are not left to the host, the first file is kept as it was until both are done, so that a cut in
-/// between does not leave the record in neither.
-int keep_during(int (*move)(int), int id, const char* losing_file, bool writes_at_once) {
+/// are not left to the host, the first file is kept as it was until the other is written, so that
+/// neither a cut in between nor a failed write leaves the record in neither. After a failed write
+/// it is in the first file until that is saved next.
+int keep_during(int (*move)(int), int id, const char* losing_file, bool writes_at_once,
+                SaveOrder& gaining_saves) {
   durable::Before before;
   if (writes_at_once && XmlFile(losing_file).load()) before.copy(paths::on_disk(losing_file));
+  const SaveOrder::Number saved = gaining_saves.saved();
   const int result = move(id);
-  if (!before.drop()) {
+  if (result == 0 && gaining_saves.saved() == saved) {
+    before.put_back();
+  } else if (!before.drop()) {
     rl_log_err("%s failed: <%s> may have the record until it is saved next.", __func__,
                losing_file);
   }
@@ -94,12 +102,12 @@ using namespace cfgxml::phonebook;  // NOLINT(google-build-using-namespace): the
 
 int mov_contact_data(int id) {
   return guarded(-1, keep_during, _cfg_mov_contact_data, id, paths::kContacts,
-                 binding::writes_contacts_at_once());
+                 binding::writes_contacts_at_once(), std::ref(blacklist_saves));
 }
 
 int mov_black_data(int id) {
   return guarded(-1, keep_during, _cfg_mov_black_data, id, paths::kBlacklist,
-                 binding::writes_blacklist_at_once());
+                 binding::writes_blacklist_at_once(), std::ref(contact_saves));
 }
 
 int cfg_mov_contact_data(int id) {

@@ -3,6 +3,7 @@
 #include <cfgxml/phonebook.h>
 
 #include <cstdio>
+#include <optional>
 
 #include "phonebook/file_format.h"
 #include "phonebook/tables.h"
@@ -16,15 +17,20 @@ namespace {
 /// What the host's shell receives with the copy of a phonebook file.
 constexpr shell::HostWords kCopyWords{20, 3};
 
-/// A save that began before does not undo the copy.
-int copy_contacts(const char* source) {
-  const auto copy = [source] { return copy_over(source, paths::kContacts, kCopyWords); };
-  return contact_saves.replace(copy).value_or(-1);
+/// Copies a checked file over one of the phonebook's, so that a save that began before does not
+/// undo it; nothing when the copy is refused, else the shell's result.
+std::optional<int> copy(const char* source, const char* data_file, SaveOrder& saves) {
+  std::optional<Copied> copied;
+  saves.replace([&] {
+    copied = copy_over(source, data_file, kCopyWords);
+    return copied && copied->replaced;
+  });
+  if (!copied) return std::nullopt;
+  return copied->result;
 }
 
-bool copy_blacklist(const char* source) {
-  const auto copy = [source] { return copy_over(source, paths::kBlacklist, kCopyWords); };
-  return blacklist_saves.replace(copy).has_value();
+int copy_contacts(const char* source) {
+  return copy(source, paths::kContacts, contact_saves).value_or(-1);
 }
 
 int check_contact_file(const char* path, const char* worker) {
@@ -61,7 +67,7 @@ int _cfg_upload_blacklist(const char* path) {
     rl_log_err("%s failed: file is invalid.", __func__);
     return -1;
   }
-  if (!copy_blacklist(path)) return -1;
+  if (!copy(path, paths::kBlacklist, blacklist_saves)) return -1;
   return adapter_read_file_ex(cfg_get_black_list(), paths::kBlacklist);
 }
 

@@ -1,6 +1,7 @@
 #include "support/copy_over.h"
 
 #include <cfgxml/host.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -10,16 +11,25 @@
 namespace cfgxml {
 namespace {
 
-bool holds_the_same(const std::string& file, const std::string& other) {
+/// What a file holds, or nothing when there is none that can be read.
+std::optional<std::string> content_of(const std::string& file) {
   std::string text;
-  std::string other_text;
-  return read_file(file, text) == Reading::kWhole &&
-         read_file(other, other_text) == Reading::kWhole && text == other_text;
+  if (read_file(file, text) != Reading::kWhole) return std::nullopt;
+  return text;
+}
+
+/// The old file takes its place again; where there was none, there is none.
+void undo(durable::Before& before, bool existed, const std::string& file) {
+  if (existed) {
+    before.put_back();
+  } else {
+    ::unlink(file.c_str());
+  }
 }
 
 }  // namespace
 
-std::optional<int> copy_over(const char* source, const char* data_file, shell::HostWords words) {
+std::optional<Copied> copy_over(const char* source, const char* data_file, shell::HostWords words) {
   const std::string from = paths::on_disk(source);
   const std::string to = paths::on_disk(data_file);
   if (!shell::can_copy(from.c_str(), to.c_str())) return std::nullopt;
@@ -28,16 +38,24 @@ std::optional<int> copy_over(const char* source, const char* data_file, shell::H
     rl_log_err("%s failed: <%s> can not be kept.", __func__, data_file);
     return std::nullopt;
   }
+  const bool existed = before.keeps();
+  const auto old = content_of(to);
   const int result = shell::copy_file(from.c_str(), to.c_str(), words);
   // What the numbers of a host's shell mean is the host's affair; the files tell.
-  if (!holds_the_same(from, to)) {
-    rl_log_err("%s failed: <%s> stays as it was.", __func__, data_file);
-    before.put_back();
-  } else if (!durable::sync(to) || !before.drop()) {
+  const auto now = content_of(to);
+  if (now && now == content_of(from)) {
+    if (durable::sync(to) && before.drop()) return Copied{result, true};
     rl_log_err("%s failed: <%s> can not be synced.", __func__, data_file);
+    undo(before, existed, to);
     return std::nullopt;
   }
-  return result;
+  if (result == 0 && now == old) {  // a host that has not run the command
+    before.drop();
+  } else {
+    rl_log_err("%s failed: <%s> stays as it was.", __func__, data_file);
+    undo(before, existed, to);
+  }
+  return Copied{result, false};
 }
 
 bool can_copy_over(const char* source, const char* data_file) {

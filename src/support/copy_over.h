@@ -7,12 +7,18 @@
 
 namespace cfgxml {
 
-/// Copies a file over a data file with shell::copy_file, and gives the shell's result. The command
-/// writes over the data file in place, so what it held is kept beside it meanwhile: a cut, or a
-/// command that leaves anything but the whole source, brings the old file back. Nothing, with an
-/// error in the log, when the command is refused or the old file cannot be kept, and nothing is
-/// changed then; or when the new file cannot be synced, which brings the old one back too.
-std::optional<int> copy_over(const char* source, const char* data_file, shell::HostWords words);
+/// How a copy ended.
+struct Copied {
+  int result;     // the shell's
+  bool replaced;  // the data file holds what the source holds
+};
+
+/// Copies a file over a data file with shell::copy_file. The command writes over the data file in
+/// place, so what it held is kept beside it meanwhile: a cut, or a command that leaves anything but
+/// the whole source, brings the old file back. Nothing, with an error in the log, when the command
+/// is refused or the old file cannot be kept, and nothing is changed then; or when the new file
+/// cannot be synced, which brings the old one back too.
+std::optional<Copied> copy_over(const char* source, const char* data_file, shell::HostWords words);
 
 /// True when copy_over would run its command; else the reason is logged.
 bool can_copy_over(const char* source, const char* data_file);

@@ -53,7 +53,7 @@ bool is_named_file(const Descriptor& file) {
   return ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink > 0;
 }
 
-bool is_absence(int error) { return error == ENOENT || error == ENOTDIR; }
+bool is_absence(int error) { return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG; }
 
 bool may_exist(const std::string& file) {
   struct stat status {};
@@ -153,7 +153,7 @@ bool replace(const std::string& file, std::string_view text, mode_t mode) {
 bool sync(const std::string& file) {
   const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   if (!descriptor.is_open()) return errno == ENOENT;
-  return ::fsync(descriptor.number()) == 0 || errno == EINVAL;
+  return (::fsync(descriptor.number()) == 0 || errno == EINVAL) && sync_folder(folder_of(file));
 }
 
 void sweep(const std::string& file) {

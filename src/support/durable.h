@@ -47,6 +47,8 @@ class Before {
   /// already. False as for copy().
   bool move(const std::string& file);
 
+  bool keeps() const { return kept_.has_value(); }
+
   /// The mode of what is kept, or the fresh one when nothing is.
   mode_t mode_or(mode_t fresh) const;
 
@@ -86,7 +88,8 @@ bool restore(const std::string& file);
 bool is_being_changed(const std::string& file);
 
 /// Keeps the steps of changes apart while one of several steps looks at the file first. Held for
-/// moments, and never around a host lock.
+/// moments, but for the removal of a file that does not parse, which takes a shell; never around a
+/// host lock.
 std::unique_lock<std::recursive_mutex> hold();
 
 }  // namespace cfgxml::durable

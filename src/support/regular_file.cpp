@@ -17,8 +17,11 @@ Descriptor open_for_reading(const std::string& file) {
   return Descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
 }
 
-/// Nothing is there, or a socket.
-bool is_no_file(int error) { return error == ENOENT || error == ENOTDIR || error == ENXIO; }
+/// Nothing is or can be there, or a socket.
+bool is_no_file(int error) {
+  return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG || error == ELOOP ||
+         error == ENXIO;
+}
 
 /// Reads up to text.size() bytes, and cuts the text to what there was.
 bool read_all(const Descriptor& file, std::string& text) {

@@ -7,6 +7,7 @@
 #include <exception>
 #include <functional>
 #include <iterator>
+#include <new>
 #include <string_view>
 #include <type_traits>
 
@@ -88,10 +89,14 @@ bool XmlFile::load() {
 }
 
 bool XmlFile::load_into_block() {
-  unread_files.note(file_, true);  // also when memory runs out on the way
-  const bool loaded = load();
-  unread_files.note(file_, is_unreadable());
-  return loaded;
+  try {
+    const bool loaded = load();
+    unread_files.note(file_, own_ && is_unreadable());
+    return loaded;
+  } catch (const std::bad_alloc&) {
+    unread_files.note(file_, own_);
+    throw;
+  }
 }
 
 bool XmlFile::parse(const char* text) {

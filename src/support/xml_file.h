@@ -151,14 +151,18 @@ class SaveOrder {
   /// Saves the document unless a newer snapshot is on disk already; the result of XmlFile::save.
   int save(Number number, XmlFile& file, const char* worker);
 
-  /// Replaces the file in another way, which counts as the newest snapshot when it gives 0.
+  /// Replaces the file in another way, which counts as the newest snapshot when it says true.
   template <typename Replace>
-  auto replace(Replace&& replace) {
+  void replace(Replace&& replace) {
     const std::lock_guard<std::mutex> hold(mutex_);
     const Number number = take();
-    const auto result = std::forward<Replace>(replace)();
-    if (result == 0) saved_ = number;
-    return result;
+    if (std::forward<Replace>(replace)()) saved_ = number;
+  }
+
+  /// The number of the snapshot on disk.
+  Number saved() {
+    const std::lock_guard<std::mutex> hold(mutex_);
+    return saved_;
   }
 
  private:

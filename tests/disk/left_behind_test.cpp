@@ -175,6 +175,9 @@ TEST_F(LeftBehind, AnUploadWhoseCommandDoesNothingOrFailsHalfWayLeavesTheFile) {
   EXPECT_EQ(cfg_upload_dialreplace(uploaded("upload.xml").c_str()), 0);
   EXPECT_EQ(read(kDialReplace), old);
   EXPECT_EQ(copy_contact_xml(uploaded("upload.xml").c_str()), 1) << "the shell's result";
+  fs::remove(on_disk(kDialReplace));
+  EXPECT_EQ(cfg_upload_dialreplace(uploaded("upload.xml").c_str()), 0);
+  EXPECT_FALSE(exists(kDialReplace)) << "half a file where there was none";
 }
 
 TEST_F(LeftBehind, ASaveThatBeganBeforeAnUploadDoesNotUndoIt) {

@@ -41,9 +41,9 @@ int get_contact_csv(const char *path, CONTACT_DATA_LIST_T *list);
  * NULL path, empty data for a file that can't be opened. */
 COMMUNITY_DATA_T *get_community_contact_csv(const char *path);
 
-/* Writes contacts to a file, which is replaced in one piece, with the groups that the host's list has
- * at that moment; under the caller's phonebook lock. A NULL list writes the header line only. 0, or
- * -1 with an old file as it was. */
+/* Writes contacts to a file, which is replaced in one piece, with the groups that the host's list
+ * has at that moment; under the caller's phonebook lock. A NULL list writes the header line only.
+ * 0, or -1 with an old file as it was. */
 int save_contact_csv(const char *path, CONTACT_SUMMARY_T *summary);
 
 /* Entry points of kinds that have no CSV form. */

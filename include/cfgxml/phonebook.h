@@ -123,8 +123,8 @@ int cfg_get_contact_data(int id, CONTACT_DATA_T *contact_data);
  * added (-1). */
 int cfg_add_contact_data(CONTACT_DATA_T *contact_data);
 
-/* Replaces the contact that has the record's Id. 0, 4, 7 or -1. A contact that there is no memory to
- * index stays as it was (-1). */
+/* Replaces the contact that has the record's Id. 0, 4, 7 or -1. A contact that there is no memory
+ * to index stays as it was (-1). */
 int cfg_mod_contact_data(CONTACT_DATA_T *contact_data);
 
 /* Deletes a contact; 0 also when there is none with this id, -1 for an id below 1. */

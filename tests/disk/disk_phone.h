@@ -6,18 +6,12 @@
 #include <string>
 
 #include "disk/disk_states.h"
+#include "support/paths.h"
 #include "support/phone.h"
 
 namespace disk_test {
 
-inline constexpr char kContacts[] = "/config/Phone/Contact/Contact.xml";
-inline constexpr char kBlacklist[] = "/config/Phone/Contact/Blacklist.xml";
-inline constexpr char kHistory[] = "/config/Phone/History/History.xml";
-inline constexpr char kDialNow[] = "/config/Phone/General/DialRule/DialNow.xml";
-inline constexpr char kDialReplace[] = "/config/Phone/General/DialRule/DialReplace.xml";
-inline constexpr char kBlockOut[] = "/config/Phone/General/DialRule/BlockOut.xml";
-inline constexpr char kMessages[] = "/config/Phone/Message/Message.xml";
-inline constexpr char kNotifications[] = "/config/Network/Rcpe/RcpeNotify.xml";
+using namespace cfgxml::paths;  // NOLINT(google-build-using-namespace): the files are its subject
 
 /// What a damaged file holds in the tests; it must not be lost either.
 inline constexpr char kDamaged[] = "<Damaged><Group Name=\"Friends\"";

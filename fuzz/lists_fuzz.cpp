@@ -10,12 +10,13 @@
 #include <iterator>
 
 #include "phone.h"
+#include "support/list_functions.h"
 
 namespace {
 
+using namespace list_functions;  // NOLINT(google-build-using-namespace): they are its subject
+
 constexpr char kImport[] = "/tmp/import.xml";
-constexpr char kTimezones[] = "/config/System/TimeZone.xml";
-constexpr char kNotifications[] = "/config/Network/Rcpe/RcpeNotify.xml";
 constexpr int kUnusedId = -77;
 
 const Phone& phone() {
@@ -30,57 +31,6 @@ int id_of(const Rule& rule) {
 int id_of(const SMS_SUMMARY_T& message) { return message.id; }
 
 // --- Dial rules ---
-
-template <typename Rule>
-struct RuleList {
-  const char* file;
-  std::size_t capacity;
-  bool distinct;
-  char (Rule::*text)[64];
-  Rule* (*list)();
-  int (*get)(int id, Rule* out);
-  int (*add)(const Rule* item);
-  int (*set)(int id, const Rule* item);
-  int (*remove)(int id);
-  int (*upload)(const char* path);  // nullptr when the list has none
-};
-
-constexpr RuleList<DIAL_NOW_DATA_T> kDialNow = {
-    "/config/Phone/General/DialRule/DialNow.xml",
-    CFGXML_DIALRULE_CAPACITY,
-    true,
-    &DIAL_NOW_DATA_T::Rule,
-    cfg_get_dialnow_list,
-    cfg_get_dialnow_data,
-    cfg_add_dialnow_data,
-    cfg_set_dialnow_data,
-    cfg_remove_dialnow_data,
-    cfg_upload_dialnow,
-};
-constexpr RuleList<DIAL_REPLACE_DATA_T> kDialReplace = {
-    "/config/Phone/General/DialRule/DialReplace.xml",
-    CFGXML_DIALRULE_CAPACITY,
-    true,
-    &DIAL_REPLACE_DATA_T::Prefix,
-    cfg_get_dialreplace_list,
-    cfg_get_dialreplace_data,
-    cfg_add_dialreplace_data,
-    cfg_set_dialreplace_data,
-    cfg_remove_dialreplace_data,
-    cfg_upload_dialreplace,
-};
-constexpr RuleList<BLOCKOUT_DATA_T> kBlockOut = {
-    "/config/Phone/General/DialRule/BlockOut.xml",
-    SIZE_MAX,
-    false,
-    &BLOCKOUT_DATA_T::Rule,
-    cfg_get_blockout_list,
-    cfg_get_blockout_data,
-    cfg_add_blockout_data,
-    cfg_set_blockout_data,
-    cfg_remove_blockout_data,
-    nullptr,
-};
 
 template <typename Rule>
 Rule make_rule(const RuleList<Rule>& list, const char* text) {
@@ -168,7 +118,7 @@ Nodes<Node> rewrite(int (*remove)(int id), Read read, std::string_view input) {
 
 template <typename Rule, const RuleList<Rule>& list>
 void fuzz_rules(std::string_view content) {
-  phone().write(list.file, content);
+  phone().write(list.path, content);
   const Nodes<Rule> given = read_rules(list);
   use_rules(list, rewrite<Rule>(
                       list.remove, [] { return read_rules(list); }, content));
@@ -177,36 +127,11 @@ void fuzz_rules(std::string_view content) {
 
 // --- Messages ---
 
-constexpr char kMessages[] = "/config/Phone/Message/Message.xml";
-
-struct Box {
-  int type;
-  SMS_SUMMARY_T* (*list)();
-  int (*get)(int id, SMS_DATA_T* out);
-  int (*set)(int id, const SMS_DATA_T* message);
-  int (*add)(const SMS_DATA_T* message);
-  int (*remove)(int id);
-  int (*remove_all)();
-};
-
-constexpr Box kInbox = {CFGXML_INBOX,        cfg_get_inbox_list, cfg_get_inbox_data,
-                        cfg_set_inbox_data,  cfg_add_inbox_data, cfg_remove_inbox_data,
-                        cfg_remove_inbox_all};
-constexpr Box kOutbox = {CFGXML_OUTBOX,        cfg_get_outbox_list, cfg_get_outbox_data,
-                         cfg_set_outbox_data,  cfg_add_outbox_data, cfg_remove_outbox_data,
-                         cfg_remove_outbox_all};
-constexpr Box kSentbox = {CFGXML_SENTBOX,        cfg_get_sentbox_list, cfg_get_sentbox_data,
-                          cfg_set_sentbox_data,  cfg_add_sentbox_data, cfg_remove_sentbox_data,
-                          cfg_remove_sentbox_all};
-constexpr Box kDraftbox = {CFGXML_DRAFTBOX,        cfg_get_draftbox_list, cfg_get_draftbox_data,
-                           cfg_set_draftbox_data,  cfg_add_draftbox_data, cfg_remove_draftbox_data,
-                           cfg_remove_draftbox_all};
-
 Nodes<SMS_SUMMARY_T> read_box(const Box& box) {
   Nodes<SMS_SUMMARY_T> messages = take(box.list());
   for (const SMS_SUMMARY_T& message : messages) {
     check_text(message.label);
-    require(message.type == box.type, "a message is of its box");
+    require(message.type == type_of(box), "a message is of its box");
   }
   return messages;
 }
@@ -257,10 +182,11 @@ void use_box(const Box& box, const Nodes<SMS_SUMMARY_T>& before) {
   }
 }
 
-template <const Box& box>
+template <int place>
 void fuzz_messages(std::string_view content) {
+  static constexpr const Box& box = kBoxes[place];
   constexpr int kCountable = 1000000;
-  phone().write(kMessages, content);
+  phone().write(cfgxml::paths::kMessages, content);
   const bool listed = !read_box(box).empty();
   require(!listed || count_all_messages() > 0, "the list of all holds those of the box");
   const Nodes<SMS_SUMMARY_T> written = rewrite<SMS_SUMMARY_T>(
@@ -273,7 +199,7 @@ void fuzz_messages(std::string_view content) {
             "a message that was read counts no more");
   }
   require(box.remove_all() == 0 && read_box(box).empty(), "a box is emptied");
-  require(box.type != CFGXML_INBOX || cfg_get_inbox_unread() == 0, "nothing is unread in it");
+  require(type_of(box) != CFGXML_INBOX || cfg_get_inbox_unread() == 0, "nothing is unread in it");
 }
 
 // --- Time zones ---
@@ -301,7 +227,7 @@ void repair_name(const Nodes<TIMEZONE_DATA_T>& zones, const TIMEZONE_DATA_T& zon
 }
 
 void fuzz_zones(std::string_view content) {
-  phone().write(kTimezones, content);
+  phone().write(cfgxml::paths::kTimezones, content);
   const Nodes<TIMEZONE_DATA_T> zones = take(cfg_get_timezone_list());
   for (const TIMEZONE_DATA_T& zone : zones) {
     check_text(zone.TimeZone);
@@ -337,7 +263,7 @@ void save(Nodes<NOTIFICATION_T> list) {
 
 /// The first save writes the list in the form of the file, where a carriage return is a line end.
 void fuzz_notifications(std::string_view content) {
-  phone().write(kNotifications, content);
+  phone().write(cfgxml::paths::kNotifications, content);
   Nodes<NOTIFICATION_T> list = read_notifications();
   list.push_back({"Device.Time.LocalTimeZone", 2, nullptr});
   save(list);
@@ -351,10 +277,10 @@ constexpr void (*kKinds[])(std::string_view content) = {
     fuzz_rules<DIAL_NOW_DATA_T, kDialNow>,
     fuzz_rules<DIAL_REPLACE_DATA_T, kDialReplace>,
     fuzz_rules<BLOCKOUT_DATA_T, kBlockOut>,
-    fuzz_messages<kInbox>,
-    fuzz_messages<kOutbox>,
-    fuzz_messages<kSentbox>,
-    fuzz_messages<kDraftbox>,
+    fuzz_messages<0>,
+    fuzz_messages<1>,
+    fuzz_messages<2>,
+    fuzz_messages<3>,
     fuzz_zones,
     fuzz_notifications,
 };

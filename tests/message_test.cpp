@@ -9,34 +9,16 @@
 
 #include "runtime/locks.h"
 #include "runtime/logging.h"
+#include "support/list_functions.h"
 #include "support/phone.h"
 
 namespace {
 
+using list_functions::Box;
+using list_functions::kBoxes;
+
 constexpr char kPath[] = "/config/Phone/Message/Message.xml";
 
-struct Box {
-  std::string element;
-  std::string entry;
-  SMS_SUMMARY_T* (*list)();
-  int (*get)(int, SMS_DATA_T*);
-  int (*set)(int, const SMS_DATA_T*);
-  int (*add)(const SMS_DATA_T*);
-  int (*remove)(int);
-  int (*remove_all)();
-};
-
-/// In the order of their types, from 1.
-const Box kBoxes[] = {
-    {"InboxData", "Inbox", cfg_get_inbox_list, cfg_get_inbox_data, cfg_set_inbox_data,
-     cfg_add_inbox_data, cfg_remove_inbox_data, cfg_remove_inbox_all},
-    {"OutboxData", "Outbox", cfg_get_outbox_list, cfg_get_outbox_data, cfg_set_outbox_data,
-     cfg_add_outbox_data, cfg_remove_outbox_data, cfg_remove_outbox_all},
-    {"SentboxData", "Sentbox", cfg_get_sentbox_list, cfg_get_sentbox_data, cfg_set_sentbox_data,
-     cfg_add_sentbox_data, cfg_remove_sentbox_data, cfg_remove_sentbox_all},
-    {"DraftboxData", "Draftbox", cfg_get_draftbox_list, cfg_get_draftbox_data,
-     cfg_set_draftbox_data, cfg_add_draftbox_data, cfg_remove_draftbox_data,
-     cfg_remove_draftbox_all}};
 const Box& kInbox = kBoxes[0];
 
 SMS_DATA_T message(int status, const char* content) {
@@ -81,8 +63,7 @@ class Messages : public phone_test::Phone {
   std::string counter(const Box& box, const char* name) const {
     tinyxml2::XMLDocument document;
     document.Parse(read(kPath).c_str());
-    const char* value =
-        document.RootElement()->FirstChildElement(box.element.c_str())->Attribute(name);
+    const char* value = document.RootElement()->FirstChildElement(box.element)->Attribute(name);
     return value != nullptr ? value : "-";
   }
 };
@@ -100,7 +81,7 @@ TEST_F(Messages, FirstMessageCreatesItsBoxUnderTheMessageLock) {
     ASSERT_EQ(add(box, 1), 0);
     EXPECT_TRUE(locked);
     EXPECT_EQ(read(kPath),
-              "<Store>\n    <" + box.element + " Total=\"1\"" +
+              std::string("<Store>\n    <") + box.element + " Total=\"1\"" +
                   (type == CFGXML_INBOX ? " Unread=\"1\"" : "") + ">\n        <" + box.entry +
                   " ID=\"1\" FromDisplay=\"Ann &amp; &quot;B&quot;\" FromUser=\"#1234\""
                   " Server=\"pbx\" Port=\"5060\" ToDisplay=\"\" ToUser=\"2000\" Content=\"text\""

@@ -8,48 +8,17 @@
 
 #include "calls/files.h"
 #include "calls/world.h"
+#include "support/list_functions.h"
 
 namespace calls {
 namespace {
+
+using namespace list_functions;  // NOLINT(google-build-using-namespace): they are its subject
 
 template <typename Node>
 void free_list(Node* head) {
   while (head != nullptr) rl_free(std::exchange(head, head->next));
 }
-
-/// The functions of a list of rules.
-template <typename Rule>
-struct RuleList {
-  const char* name;
-  Rule* (*list)();
-  int (*get)(int id, Rule* out);
-  int (*add)(const Rule* item);
-  int (*set)(int id, const Rule* item);
-  int (*remove)(int id);
-  int (*upload)(const char* path);  // nullptr where there is none
-};
-
-constexpr RuleList<DIAL_NOW_DATA_T> kDialNow{"DialNow",
-                                             cfg_get_dialnow_list,
-                                             cfg_get_dialnow_data,
-                                             cfg_add_dialnow_data,
-                                             cfg_set_dialnow_data,
-                                             cfg_remove_dialnow_data,
-                                             cfg_upload_dialnow};
-constexpr RuleList<DIAL_REPLACE_DATA_T> kDialReplace{"DialReplace",
-                                                     cfg_get_dialreplace_list,
-                                                     cfg_get_dialreplace_data,
-                                                     cfg_add_dialreplace_data,
-                                                     cfg_set_dialreplace_data,
-                                                     cfg_remove_dialreplace_data,
-                                                     cfg_upload_dialreplace};
-constexpr RuleList<BLOCKOUT_DATA_T> kBlockOut{"BlockOut",
-                                              cfg_get_blockout_list,
-                                              cfg_get_blockout_data,
-                                              cfg_add_blockout_data,
-                                              cfg_set_blockout_data,
-                                              cfg_remove_blockout_data,
-                                              nullptr};
 
 void fill_rule(DIAL_NOW_DATA_T& rule, Choices& choices) { fill(rule.Rule, choices.phone_number()); }
 void fill_rule(BLOCKOUT_DATA_T& rule, Choices& choices) { fill(rule.Rule, choices.phone_number()); }
@@ -102,27 +71,6 @@ void use_rules(World& world, Choices& choices) {
   }
   world.expect_result(List.name, result, {0, 4, 7, 10, -1});
 }
-
-/// The functions of a box.
-struct Box {
-  SMS_SUMMARY_T* (*list)();
-  int (*get)(int id, SMS_DATA_T* out);
-  int (*add)(const SMS_DATA_T* message);
-  int (*set)(int id, const SMS_DATA_T* message);
-  int (*remove)(int id);
-  int (*remove_all)();
-};
-
-constexpr Box kBoxes[] = {
-    {cfg_get_inbox_list, cfg_get_inbox_data, cfg_add_inbox_data, cfg_set_inbox_data,
-     cfg_remove_inbox_data, cfg_remove_inbox_all},
-    {cfg_get_outbox_list, cfg_get_outbox_data, cfg_add_outbox_data, cfg_set_outbox_data,
-     cfg_remove_outbox_data, cfg_remove_outbox_all},
-    {cfg_get_sentbox_list, cfg_get_sentbox_data, cfg_add_sentbox_data, cfg_set_sentbox_data,
-     cfg_remove_sentbox_data, cfg_remove_sentbox_all},
-    {cfg_get_draftbox_list, cfg_get_draftbox_data, cfg_add_draftbox_data, cfg_set_draftbox_data,
-     cfg_remove_draftbox_data, cfg_remove_draftbox_all},
-};
 
 SMS_DATA_T message_of(Choices& choices) {
   SMS_DATA_T message{};

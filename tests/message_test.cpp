@@ -173,6 +173,18 @@ TEST_F(Messages, OnlyTheInboxCountsUnread) {
   EXPECT_EQ(ids(kInbox).size() + ids(kBoxes[1]).size(), 2u);
 }
 
+TEST_F(Messages, AChangeSetsWhatAMessageLacksInItsOwnOrder) {
+  write(kPath, "<M><InboxData><Inbox ID='1'/></InboxData></M>");
+  EXPECT_EQ(set(kInbox, 1, 0), 0);
+  const std::string file = read(kPath);
+  std::size_t at = 0;
+  for (const char* name : {"ID", "FromDisplay", "FromUser", "ToDisplay", "ToUser", "Server",
+                           "Content", "Date", "Time", "Port", "Status"}) {
+    at = file.find(" " + std::string(name) + "=", at);
+    ASSERT_NE(at, std::string::npos) << name;
+  }
+}
+
 TEST_F(Messages, CountersOfTheFileAreTakenWithinTheirRange) {
   struct Case {
     const char *counters, *added, *removed;

@@ -37,6 +37,21 @@ constexpr Field<SMS_DATA_T> kFieldTable[] = {
 };
 constexpr Fields<SMS_DATA_T> kFields(kFieldTable);
 
+/// The same in the order in which a change sets them, which shows where a message lacked some.
+constexpr Field<SMS_DATA_T> kChangedFieldTable[] = {
+    field<&SMS_DATA_T::from_display>("FromDisplay"),
+    field<&SMS_DATA_T::from_user>("FromUser"),
+    field<&SMS_DATA_T::to_display>("ToDisplay"),
+    field<&SMS_DATA_T::to_user>("ToUser"),
+    field<&SMS_DATA_T::server>("Server"),
+    field<&SMS_DATA_T::content>("Content"),
+    field<&SMS_DATA_T::date>("Date"),
+    field<&SMS_DATA_T::time>("Time"),
+    field<&SMS_DATA_T::port>("Port"),
+    field<&SMS_DATA_T::status>("Status"),
+};
+constexpr Fields<SMS_DATA_T> kChangedFields(kChangedFieldTable);
+
 static_assert(offsetof(SMS_DATA_T, from_user) == 16);
 static_assert(offsetof(SMS_DATA_T, reserved) == 336);
 static_assert(offsetof(SMS_DATA_T, content) == 464);
@@ -179,7 +194,7 @@ int cfg_set_sms_data(const Box* box, int id, const SMS_DATA_T* sms_data) {
   if (message == nullptr) return -1;
 
   const int status = int_attribute(*message, "Status");
-  kFields.write(*message, *sms_data);
+  kChangedFields.write(*message, *sms_data);
   rl_log_debug("status = %d, sms_data->status = %d", status, sms_data->status);
   if (status == kUnread && sms_data->status == kRead) count_down_unread(*box, *messages);
   return file.save(__func__);

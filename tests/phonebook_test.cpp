@@ -243,6 +243,9 @@ TEST_F(PhonebookTest, GroupsAreReadByIdOrNameAndChangedById) {
 
   GROUP_DATA_T renamed = group("Home", work.Id);
   EXPECT_EQ(cfg_mod_group_data(&renamed), 7);
+  renamed = group("", work.Id);
+  contacts().Groups[2].Name[0] = '\0';
+  EXPECT_EQ(cfg_mod_group_data(&renamed), 7) << "no name is a name that can be taken";
   renamed = group("Default", work.Id);
   EXPECT_EQ(cfg_mod_group_data(&renamed), -1);
   renamed = group("Office", 42);
@@ -250,6 +253,16 @@ TEST_F(PhonebookTest, GroupsAreReadByIdOrNameAndChangedById) {
   renamed = group("Office", work.Id);
   EXPECT_EQ(cfg_mod_group_data(&renamed), 0);
   EXPECT_STREQ(contacts().Groups[1].Name, "Office");
+  renamed = group("Family", 1);
+  EXPECT_EQ(cfg_mod_group_data(&renamed), 0);
+  EXPECT_STREQ(contacts().Groups[0].Name, "Family");
+
+  contacts().Groups[0] = group("Default", 1);
+  for (int id = 4; id <= 6; ++id) contacts().Groups[id - 1] = group(std::to_string(id), id);
+  EXPECT_EQ(cfg_mod_group_data(&renamed), 16) << "the next load would need its slot";
+  EXPECT_STREQ(contacts().Groups[0].Name, "Default");
+  renamed.Id = 6;
+  EXPECT_EQ(cfg_mod_group_data(&renamed), 0);
 
   contacts().Groups[0].Description[0] = 'd';
   EXPECT_EQ(cfg_del_all_group_data(), 0);

@@ -89,9 +89,15 @@ int _cfg_mod_group_data(GROUP_DATA_T* group_data) {
   }
   CONTACT_DATA_LIST_T* list = contact_list(__func__);
   if (list == nullptr) return -1;
-  if (is_name_in_group(group_data->Name, group_data->Id) == 1) return 7;
-  GROUP_DATA_T* slot = GroupSlots(list->Groups).find(group_data->Id);
+  const GroupSlots slots(list->Groups);
+  if (has_name(slots, group_data->Name, group_data->Id)) return 7;
+  GROUP_DATA_T* slot = slots.find(group_data->Id);
   if (slot == nullptr) return 4;
+  if (equal(slot->Name, kDefaultGroup) &&
+      slots.full()) {  // a load would need a seventh slot for it
+    rl_log_err("%s failed, there are already %d groups exist.", __func__, CFGXML_GROUP_CAPACITY);
+    return 16;
+  }
   *slot = *group_data;
   contact_save();
   return 0;

@@ -114,11 +114,7 @@ using namespace cfgxml::phonebook;  // NOLINT(google-build-using-namespace): the
 int is_name_in_group(const char* name, int id) {
   if (is_empty(name)) return 0;
   CONTACT_DATA_LIST_T* list = contact_list(__func__);
-  if (list == nullptr) return 0;
-  for (const GROUP_DATA_T& group : GroupSlots(list->Groups)) {
-    if (equal(group.Name, name) && group.Id != id) return 1;
-  }
-  return 0;
+  return list != nullptr && has_name(GroupSlots(list->Groups), name, id) ? 1 : 0;
 }
 
 int is_name_in_contact(const char* name, int id) {

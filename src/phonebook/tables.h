@@ -22,11 +22,14 @@ inline constexpr char kNoName[] = "(Empty)";
 CONTACT_DATA_LIST_T* contact_list(const char* worker);
 BLACK_DATA_LIST_T* black_list(const char* worker);
 
+inline const char* name_of(const GROUP_DATA_T& group) { return group.Name; }
+inline const char* name_of(const CONTACT_DATA_T& contact) { return contact.DisplayName; }
+
 /// True when a record other than the one with this id has the name.
 template <typename Slots>
 bool has_name(const Slots& slots, const char* name, std::int32_t except_id) {
-  for (const CONTACT_DATA_T& record : slots) {
-    if (record.Id != except_id && equal(record.DisplayName, name)) return true;
+  for (const auto& record : slots) {
+    if (record.Id != except_id && equal(name_of(record), name)) return true;
   }
   return false;
 }

@@ -192,12 +192,14 @@ TEST_F(CsvTest, ANameInUseDropsItsRowBeforeItsGroup) {
   const std::string long_name(70, 'L');
   EXPECT_EQ(import(row({{kFn, "Spam"}, {kWork, "1"}, {kGroup, "Lost"}}) + row({{kFn, "Ann"}}) +
                    row({{kFn, "Ann"}, {kGroup, "Lost"}}) + row({{kFn, "ann"}}) + row({{}}) +
-                   row({{}}) + row({{kFn, long_name}}) + row({{kFn, long_name + "M"}})),
+                   row({{}}) + row({{kFn, long_name}}) + row({{kFn, long_name + "M"}}) +
+                   row({{kFn, "(Empty)"}}) + row({{kFn, "(Empty)"}})),
             19);
-  EXPECT_EQ(names_of(contacts()), (Names{"Ann", "ann", "", "", std::string(63, 'L')}));
+  EXPECT_EQ(names_of(contacts()),
+            (Names{"Ann", "ann", "", "", std::string(63, 'L'), "(Empty)", "(Empty)"}));
   EXPECT_STREQ(contact(0).OfficeNumber, "") << "nothing of the dropped row stays";
   EXPECT_EQ(groups_of(contacts()), Names{"Default:Auto"});
-  EXPECT_STREQ(contact(5).DisplayName, "");
+  EXPECT_STREQ(contact(7).DisplayName, "");
 }
 
 TEST_F(CsvTest, NamesAreCheckedInTheHostsListsOnly) {

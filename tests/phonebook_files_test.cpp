@@ -106,6 +106,13 @@ TEST_F(PhonebookFilesTest, OddElementsAreSkippedAndTextsCut) {
   EXPECT_STREQ(contacts().Contacts[2].DisplayName, "bad utf8 \xFF\xC3");
   EXPECT_EQ(contacts().Contacts[3].DisplayName, long_name.substr(0, 63));
   EXPECT_EQ(contacts().Contacts[4].Id, 0);
+
+  EXPECT_EQ(contact_delay_save(), 0);
+  EXPECT_EQ(
+      load_blacklist(entry_xml("Blacklist", 1, "(Empty)") + entry_xml("Blacklist", 2, "(Empty)")),
+      0);
+  EXPECT_EQ(contact_init(&contacts()), 0) << "no name is no duplicate when it comes back";
+  EXPECT_EQ(contacts().Contacts[3].Id, 8);
 }
 
 TEST_F(PhonebookFilesTest, BrokenContactFileLeavesNothingAndIsKeptAsideAtTheNextSave) {

@@ -36,7 +36,7 @@ std::size_t NameIndex::place_of(const char* name) const {
 }
 
 bool NameIndex::contains(const char* name) const {
-  if (is_empty(name)) return false;
+  if (is_empty(name) || equal(name, kNoName)) return false;
   if (table_ == nullptr) return check_(name, kNoId) == 1;
   return places_[place_of(name)] != 0;
 }

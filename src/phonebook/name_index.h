@@ -10,8 +10,9 @@
 namespace cfgxml::phonebook {
 
 /// Answers is_name_in_contact(name, -1) or is_name_in_black(name, -1) for a table that only grows,
-/// through add(). It refers to the names where they stand in the table, and allocates nothing: a
-/// list that is being read can't end half-way for want of memory.
+/// through add(). "(Empty)" is never taken: nameless contacts are all called that, and all come
+/// back from their file. The index refers to the names where they stand in the table, and allocates
+/// nothing: a list that is being read can't end half-way for want of memory.
 class NameIndex {
  public:
   /// The names that the host's contact list or blacklist holds now. A list that the host does not

@@ -266,8 +266,11 @@ TEST_F(PhonebookFilesTest, PathsThatCouldLeaveTheirQuotesReachNoShell) {
   }
   const std::string too_long = on_disk("/") + std::string(200, 'x') + "/" + std::string(800, 'y');
   EXPECT_EQ(copy_contact_xml(too_long.c_str()), -1);
-  EXPECT_TRUE(commands().empty());
   EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Old");
+  write("/a.b$.csv", "FN\nNew,\n");
+  EXPECT_EQ(cfg_upload_contact(on_disk("/a.b$.csv").c_str()), 0) << "goes through no shell";
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "New");
+  EXPECT_TRUE(commands().empty());
 }
 
 }  // namespace

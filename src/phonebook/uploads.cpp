@@ -3,6 +3,7 @@
 #include <cfgxml/phonebook.h>
 
 #include <cstdio>
+#include <cstring>
 #include <optional>
 
 #include "phonebook/file_format.h"
@@ -41,13 +42,21 @@ bool is_valid_blacklist_file(const char* path) {
   return is_valid_upload(path, kBlacklistElement, __func__);
 }
 
-/// The extension behind the path's first "." says whose result counts: a CSV file's import fills
+bool is_csv(const char* extension) { return equal(extension, "csv") || equal(extension, "CSV"); }
+
+/// The extension after the path's first "." says whose result counts: a CSV file's import fills
 /// the list itself, an XML file's only replaces the file.
 bool names_csv(const char* path) {
   char base[256] = "";
   char extension[256] = "";
   std::sscanf(path, "%255[^.].%255s", base, extension);  // NOLINT(cert-err34-c): no number is read
-  return equal(extension, "csv") || equal(extension, "CSV");
+  return is_csv(extension);
+}
+
+/// An XML file is copied by the shell; a CSV file's path, whatever it holds, reaches none.
+bool is_copied(const char* path) {
+  const char* dot = std::strrchr(path, '.');
+  return dot == nullptr || !is_csv(dot + 1);
 }
 
 int _cfg_upload_contact(const char* path) {
@@ -55,11 +64,10 @@ int _cfg_upload_contact(const char* path) {
     rl_log_err("%s failed: file is invalid.", __func__);
     return -1;
   }
-  const bool is_csv = names_csv(path);
-  if (!is_csv && !can_copy_over(path, paths::kContacts)) return -1;
+  if (is_copied(path) && !can_copy_over(path, paths::kContacts)) return -1;
   const int imported = adapter_read_contact_file(path);
   const int reloaded = adapter_read_file_ex(cfg_get_contact_list(), paths::kContacts);
-  return is_csv ? imported : reloaded;
+  return names_csv(path) ? imported : reloaded;
 }
 
 int _cfg_upload_blacklist(const char* path) {

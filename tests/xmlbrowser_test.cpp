@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "runtime/memory.h"
 #include "support/phone.h"
 
 namespace {
@@ -147,6 +148,13 @@ TEST_F(XmlBrowser, WhatIsNoDocumentLeavesTheObjectsAndNoType) {
   EXPECT_EQ(parse("<?xml version=\"1.0\"?><!-- nothing -->"), -1);
   EXPECT_EQ(parse("<IPPhoneTextScreens/>"), 0);
   EXPECT_EQ(log(), std::vector<std::string>());
+  EXPECT_EQ(cfg_get_remote_xml_type(), 0);
+
+  int type = 0;
+  host::guard_memory([&](std::size_t /*size*/) { return (type = cfg_get_remote_xml_type()) == 0; });
+  EXPECT_EQ(parse("<IPPhoneTextScreen/>"), -1);
+  host::guard_memory(nullptr);
+  EXPECT_EQ(type, 2) << "the root names it, before there is an object";
   EXPECT_EQ(cfg_get_remote_xml_type(), 0);
   EXPECT_EQ(cfg_get_text_screen_object(), shown);
 }
@@ -525,7 +533,11 @@ TEST_F(XmlBrowser, TheCacheKeepsTheFactoryDocumentsWithTheDefaultNames) {
 
   const std::string document = kFolder + std::string("menu.xml");
   std::filesystem::create_directories(on_disk(kFolder + std::string("folder")));
+  int blocks = 0;
+  host::guard_memory([&](std::size_t /*size*/) { return ++blocks < 0; });
   EXPECT_EQ(cfg_load_local_xml_file_cache(), 0);
+  host::guard_memory(nullptr);
+  EXPECT_EQ(blocks, 0) << "a folder takes no memory";
   write(
       document,
       "<IPPhoneTextMenu><MenuItem><Prompt>a&#32;\r\n\rb</Prompt>\r</MenuItem></IPPhoneTextMenu>\r");

@@ -75,14 +75,14 @@ enum class Reading { kDone, kSkipped, kNoMemory };
 
 Reading read_document(const char* name, Document& document) {
   const std::string path = std::string(paths::kFactoryDocuments) + name;
-  document.reset(new_block<XML_FILE_CACHE_T>());
-  if (document == nullptr) return Reading::kNoMemory;
-  copy_text(document->path, path.c_str());
-
   const std::string file_name = paths::on_disk(path.c_str());
   const File file = open_to_read(file_name);
   const int size = file != nullptr ? rl_file_size(file_name.c_str()) : -1;
   if (size < 0) return Reading::kSkipped;
+
+  document.reset(new_block<XML_FILE_CACHE_T>());
+  if (document == nullptr) return Reading::kNoMemory;
+  copy_text(document->path, path.c_str());
   document->text = read_text(file.get(), static_cast<std::size_t>(size));
   return document->text != nullptr ? Reading::kDone : Reading::kNoMemory;
 }

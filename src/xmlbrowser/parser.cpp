@@ -20,12 +20,15 @@ namespace {
 
 using tinyxml2::XMLElement;
 
-/// Makes the object of a document and stores it in its slot. Nothing changes when memory is out.
+/// Makes the object of a document and stores it in its slot. When memory is out the slot keeps what
+/// it holds, and the type is none.
 template <int Type, auto Slot>
 int make(const XMLElement& root, TagNames& names) {
   using Screen = std::remove_pointer_t<std::remove_reference_t<decltype(screens.*Slot)>>;
+  screens.type = Type;
   HostBlock<Screen> screen(new_block<Screen>());
   if (screen == nullptr) {
+    screens.type = XML_TYPE_NONE;
     rl_log_err("%s failed: out of memory.", "cfg_parse_remote_xml");
     return -1;
   }
@@ -33,7 +36,6 @@ int make(const XMLElement& root, TagNames& names) {
   read_body(root, names, *screen);
   screen->header.type = Type;
   screens.*Slot = screen.release();
-  screens.type = Type;
   return 0;
 }
 

@@ -34,7 +34,8 @@ class PhonebookFilesTest : public phone_test::Phone {
 
 TEST_F(PhonebookFilesTest, WhatIsWrittenIsReadBack) {
   write(kContacts,
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Book>\n"
+        "<?XML version=\"1.0\" note=\"a & b\"?>\n<!DOCTYPE Book SYSTEM \"a&b\">\n"
+        "<!-- a & b -->\n<Book>\n"
         "    <Group Id=\"3\" Name=\"Work\" Ring=\"Bell\" Description=\"at &lt;work&gt;\">\n"
         "        <Contact Id=\"4\" Line=\"2\" DisplayName=\"Zo\xC3\xAB &amp; Co\""
         " OfficeNumber=\"+1\" MobileNumber=\"2\" OtherNumber=\"3\" Ring=\"Auto\""

@@ -4,7 +4,10 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <memory>
+#include <random>
+#include <regex>
 #include <sstream>
 #include <string>
 
@@ -649,11 +652,57 @@ TEST_F(XmlBrowser, ManyAttributesAndLooseReferencesAreRefused) {
   const auto with_references = [](int loose) {
     const std::string harmless = repeat("&#65;&#x41;", 2000) + "<![CDATA[" + repeat("&# ", 2000) +
                                  "]]><!--" + repeat("&# ", 2000) + "-->";
+    const std::string others = "<a b='" + repeat("&#x ", 1000) + "' c='" + repeat("&#", 1000) +
+                               "'>" + repeat("&# ", 1000) + "</a>";
     return "<IPPhoneTextScreen><Text>" + harmless + repeat("&#x ", loose) + std::string(20, ' ') +
-           "</Text></IPPhoneTextScreen>";
+           "</Text>" + others + "</IPPhoneTextScreen>";
   };
   EXPECT_EQ(parse(with_references(1000)), 0);
   EXPECT_EQ(parse(with_references(1001)), -1);
+}
+
+/// What a text stands for: XML's five entities and closed references are replaced, line ends made
+/// one, and every other "&" is left.
+std::string decoded(const std::string& text) {
+  static const std::regex kReplaced("\r\n|&(amp|lt|gt|quot|apos|#[0-9]+|#x[0-9a-fA-F]+);");
+  static const std::map<std::string, char> kEntities = {{"", '\n'},  {"amp", '&'},  {"lt", '<'},
+                                                        {"gt", '>'}, {"quot", '"'}, {"apos", '\''}};
+  std::string result;
+  auto from = text.begin();
+  for (std::sregex_iterator at(text.begin(), text.end(), kReplaced), end; at != end; ++at) {
+    result.append(from, (*at)[0].first);
+    from = (*at)[0].second;
+    const std::string name = (*at)[1];
+    const bool hex = name.substr(0, 2) == "#x";
+    result += name[0] != '#'
+                  ? kEntities.at(name)
+                  : static_cast<char>(std::stoi(name.substr(hex ? 2 : 1), nullptr, hex ? 16 : 10));
+  }
+  return result.append(from, text.end());
+}
+
+TEST_F(XmlBrowser, AnAmpersandThatBeginsNoReferenceStaysOne) {
+  EXPECT_STREQ(text_screen("Next='?a=1&amp;b=2&c=3'", "<Text>A &amp; B & C</Text>").Text,
+               "A & B & C");
+  EXPECT_STREQ(cfg_get_text_screen_object()->header.Next, "?a=1&b=2&c=3");
+  EXPECT_STREQ(text_screen("", "<Text><![CDATA[&amp; & &#65; &]]> & </Text>").Text,
+               "&amp; & &#65; &");
+  EXPECT_STREQ(text_screen("", "<Text>&#;&#x;&#x41 &#65</Text>").Text, "&#;&#x;&#x41 &#65");
+
+  const char* const kPieces[] = {"&", "&amp;", "&quot;", "&#65;", "&#x41;", "&#",
+                                 "x", "65;",   "lt;",    ";",     "b",      "\r\n"};
+  std::mt19937 random(1);
+  for (int round = 0; round < 300; ++round) {
+    std::string text = "t";
+    for (int i = 0; i < 12; ++i) text += kPieces[random() % std::size(kPieces)];
+    const std::string before = random() % 2 == 0 ? "<!--&#-->" : "";
+    const std::string after = random() % 2 == 0 ? "<![CDATA[&]]>" : "<!a &>";
+    const XML_TEXT_SCREEN_T& screen = text_screen("Next='" + text + "' Selection=\"" + text + "\"",
+                                                  "<Text>" + before + text + after + "</Text>");
+    EXPECT_EQ(screen.Text, decoded(text)) << text;
+    EXPECT_EQ(screen.header.Next, decoded(text)) << text;
+    EXPECT_EQ(screen.header.Selection, decoded(text)) << text;
+  }
 }
 
 }  // namespace

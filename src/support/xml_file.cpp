@@ -14,7 +14,7 @@
 #include "support/paths.h"
 #include "support/regular_file.h"
 #include "support/text.h"
-#include "support/xml_limits.h"
+#include "support/xml_input.h"
 
 namespace cfgxml {
 namespace {
@@ -100,7 +100,11 @@ bool XmlFile::load_into_block() {
 }
 
 bool XmlFile::parse(const char* text) {
-  if (!within_limits(text) || document_.Parse(text) != tinyxml2::XML_SUCCESS) return false;
+  std::string escaped;
+  if (!prepare_xml(text, escaped)) return false;
+  if (document_.Parse(escaped.empty() ? text : escaped.c_str()) != tinyxml2::XML_SUCCESS) {
+    return false;
+  }
   drop_loose_text(document_);
   return true;
 }

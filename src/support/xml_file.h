@@ -32,7 +32,7 @@ class XmlFile {
   bool exists() const;
 
   /// Reads the file; false when it is missing, no regular file, not well-formed, or beyond the
-  /// limits of xml_limits.h, and when it cannot be read, which is_unreadable() tells apart.
+  /// limits of xml_input.h, and when it cannot be read, which is_unreadable() tells apart.
   bool load();
   /// load() for one of the host's blocks. A file that cannot be read is remembered: the block never
   /// held what it holds, so the next save keeps it as "<file>.corrupt" and does not write over it.

@@ -253,6 +253,11 @@ TEST_F(BroadSoftTest, ASimpleListIsOrderedWhenItsLastPageIsIn) {
   list = append(2, document("Personal", position("5", "1", "5") + entry("ann")), pos);
   expect(pos, {4, 1, 5, CFGXML_BROADSOFT_COMPLETE});
   EXPECT_EQ(names_of(list), (Names{"0bob B2", "1Cid C3", "2Ann 1", "4ann 0"}));
+
+  const std::string letters(61, 'x');
+  list =
+      append(3, document("Personal", position("1", "1", "2") + person(letters, "\xC3\xA4")), pos);
+  EXPECT_EQ(names_of(list), Names{"0" + letters + " 0"}) << "no half of a character";
 }
 
 TEST_F(BroadSoftTest, SimpleListsAreFoundFromTheKeypadUntilTheyAreFreed) {

@@ -213,12 +213,14 @@ TEST_F(Messages, LabelsNameTheOtherParty) {
   struct Case {
     std::string display, user, label;
   };
-  const std::vector<Case> cases = {{"Bob", "#1234", "(Bob)1234"},
-                                   {"", "#", "#"},
-                                   {"", "12", "12"},
-                                   {"", "##", "#"},
-                                   {longest, "1", "(" + longest.substr(0, 128)},
-                                   {"Bob", "", "(Bob)"}};
+  const std::vector<Case> cases = {
+      {"Bob", "#1234", "(Bob)1234"},
+      {"", "#", "#"},
+      {"", "12", "12"},
+      {"", "##", "#"},
+      {longest, "1", "(" + longest.substr(0, 128)},
+      {longest.substr(0, 127) + "\xC3\xA4", "1", "(" + longest.substr(0, 127)},
+      {"Bob", "", "(Bob)"}};
   for (const Case& c : cases) {
     const std::string from = "FromDisplay=\"" + c.display + "\" FromUser=\"" + c.user + "\"";
     const std::string to = "ToDisplay=\"" + c.display + "\" ToUser=\"" + c.user + "\"";

@@ -116,6 +116,28 @@ TEST_F(PhonebookFilesTest, OddElementsAreSkippedAndTextsCut) {
   EXPECT_EQ(contacts().Contacts[3].Id, 8);
 }
 
+TEST_F(PhonebookFilesTest, TextsAreCutBetweenTheirCharacters) {
+  struct Case {
+    std::string tail, kept;  // after 60 letters, in a field for 63 bytes
+  };
+  for (const Case& c : {
+           Case{"ab\xC3\xA4", "ab"}, Case{"a\xC3\xA4z", "a\xC3\xA4"}, Case{"\xF0\x9F\x93\x9E", ""},
+           Case{"\xE2\x82\xAC\xE2\x82\xAC", "\xE2\x82\xAC"},
+           Case{"ab\xC3\xA4\xFF", "ab\xC3"},      // not UTF-8: at the byte, as are
+           Case{"ab\xED\xA0\x80", "ab\xED"},      // half of a pair,
+           Case{"ab\xE0\x9F\xBF", "ab\xE0"},      // what has a shorter form,
+           Case{"ab\xF4\x90\x80\x80", "ab\xF4"},  // what is past the last character,
+           Case{"ab\xC3\xA4\xC3", "ab\xC3"},      // and a character that does not end
+       }) {
+    const std::string letters(60, 'n');
+    const std::string name = letters + c.tail;
+    EXPECT_EQ(load(group_xml("Default", "1",
+                             entry_xml("Contact", 1, name) + entry_xml("Contact", 2, name))),
+              19);
+    EXPECT_EQ(contacts().Contacts[0].DisplayName, letters + c.kept);
+  }
+}
+
 TEST_F(PhonebookFilesTest, BrokenContactFileLeavesNothingAndIsKeptAsideAtTheNextSave) {
   ASSERT_EQ(load(group_xml("Work", "1", entry_xml("Contact", 1, "Ann"))), 0);
   write(kContacts, "<Book><Group");

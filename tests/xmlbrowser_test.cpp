@@ -221,6 +221,7 @@ TEST_F(XmlBrowser, TitlesAreTrimmedAndCutAndThoseWithoutTextPassedOver) {
   EXPECT_EQ(title("<Title>\v kept</Title>"), "kept");
   EXPECT_EQ(title("<Title>" + std::string(100, 'a') + "</Title>"), std::string(63, 'a'));
   EXPECT_EQ(title("<Title>" + std::string(60, 'a') + "   b</Title>"), std::string(60, 'a'));
+  EXPECT_EQ(title("<Title>" + std::string(62, 'a') + "\xC3\xA4</Title>"), std::string(62, 'a'));
   EXPECT_EQ(title("<Title>one</Title><Title>two</Title><Title><![CDATA[ \n]]></Title><Title/>"),
             "two");
 
@@ -600,6 +601,7 @@ TEST_F(XmlBrowser, SubstitutionReplacesEveryOccurrenceWithinTheCapacity) {
            Case{"Alphabet", "All", "01", "Alphabet"},
            Case{"aaa", "aa", "b", "ba"},
            Case{"abc", "b", "12345678901234567890", "a12345678901234"},
+           Case{"abc", "b", "1234567890123\xC3\xA4", "a1234567890123"},
            Case{"abc", "abc", "", ""},
            Case{"", "x", "yy", ""},
        }) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <limits>
 
@@ -108,11 +107,13 @@ void make_label(const Box& box, const tinyxml2::XMLElement& message, SMS_SUMMARY
     return;
   }
   const char* display = message.Attribute(box.display);
-  if (!is_empty(display)) std::snprintf(node.label, sizeof node.label, "(%s)", display);
   const char* user = message.Attribute(box.user);
-  if (is_empty(user)) return;
+  const bool has_room =
+      is_empty(display) || (append_text(node.label, "(") && append_text(node.label, display) &&
+                            append_text(node.label, ")"));
+  if (!has_room || is_empty(user)) return;
   const bool marked = user[0] == '#' && user[1] != '\0';
-  rl_strcat_s(node.label, sizeof node.label, marked ? user + 1 : user);
+  append_text(node.label, marked ? user + 1 : user);
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ NOTIFICATION_T* cfg_get_notification_list() {
     NOTIFICATION_T* node = chain.append();
     if (node == nullptr) break;
     node->Notify = int_attribute(parameter, "Notify");
-    rl_strcpy_s(node->Name, kNameRead, parameter.Attribute("Name"));
+    copy_text(node->Name, kNameRead, parameter.Attribute("Name"));
   }
   return chain.release();
 }

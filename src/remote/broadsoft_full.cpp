@@ -94,13 +94,13 @@ bool fill(Entry& entry, const tinyxml2::XMLElement& element, std::int32_t index)
   for (const tinyxml2::XMLElement* child = element.FirstChildElement(); child != nullptr;
        child = child->NextSiblingElement()) {
     const TextField* text = text_of_element(child->Name());
-    if (text != nullptr) rl_strcpy_s(text->of(entry), text->capacity, child->GetText());
+    if (text != nullptr) copy_text(text->of(entry), text->capacity, child->GetText());
   }
   return true;
 }
 
 void copy_texts(Entry& to, Entry& from) {
-  for (const TextField& text : kTexts) rl_strcpy_s(text.of(to), text.capacity, text.of(from));
+  for (const TextField& text : kTexts) copy_text(text.of(to), text.capacity, text.of(from));
 }
 
 bool mentions(Entry& entry, const char* keywords) {

@@ -3,6 +3,7 @@
 #include <cfgxml/host.h>
 #include <cfgxml/search.h>
 
+#include <cstdio>
 #include <utility>
 
 #include "remote/broadsoft_page.h"
@@ -40,9 +41,9 @@ void fill(CONTACT_SUMMARY_T& contact, const tinyxml2::XMLElement& entry, std::in
       copy_text(contact.OtherNumber, text);
     }
   }
-  copy_text(contact.DisplayName, first_name);
-  append_text(contact.DisplayName, " ");
-  append_text(contact.DisplayName, last_name);
+  char display_name[sizeof first_name + sizeof last_name];
+  std::snprintf(display_name, sizeof display_name, "%s %s", first_name, last_name);
+  copy_text(contact.DisplayName, display_name);
 }
 
 /// Room to number the list with a further page.

@@ -29,7 +29,7 @@ template <std::size_t Capacity>
 void write_value(tinyxml2::XMLElement& element, const char* attribute,
                  const char (&field)[Capacity]) {
   char text[Capacity] = {};
-  std::memcpy(text, field, Capacity - 1);
+  std::memcpy(text, field, cut_at({field, Capacity}, Capacity - 1));
   element.SetAttribute(attribute, text);
 }
 

@@ -5,19 +5,33 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace cfgxml {
 
-/// Copies a text, cut to the field's capacity; NULL gives an empty field.
-template <std::size_t Capacity>
-void copy_text(char (&field)[Capacity], const char* text) {
-  rl_strcpy_s(field, Capacity, text);
+/// Where a text is cut that may have so many bytes, or at most that many when it is shorter: valid
+/// UTF-8 before the character that does not fit whole, anything else at the byte.
+std::size_t cut_at(std::string_view text, std::size_t bytes);
+
+/// The capacity to copy a text with, so that it is cut there.
+std::size_t capacity_for(const char* text, std::size_t capacity);
+
+/// Copies a text, cut to the capacity; NULL gives an empty field.
+inline void copy_text(char* field, std::size_t capacity, const char* text) {
+  rl_strcpy_s(field, capacity_for(text, capacity), text);
 }
 
-/// Appends a text, cut to what is left of the field's capacity.
 template <std::size_t Capacity>
-void append_text(char (&field)[Capacity], const char* text) {
-  rl_strcat_s(field, Capacity, text);
+void copy_text(char (&field)[Capacity], const char* text) {
+  copy_text(field, Capacity, text);
+}
+
+/// Appends a text, cut to what is left of the field's capacity; false when it was cut.
+template <std::size_t Capacity>
+bool append_text(char (&field)[Capacity], const char* text) {
+  const std::size_t used = rl_strlen(field);
+  rl_strcat_s(field, used + capacity_for(text, Capacity - used), text);
+  return rl_strlen(text) < Capacity - used;
 }
 
 inline bool is_empty(const char* text) { return text == nullptr || rl_str_isempty(text) != 0; }
@@ -32,7 +46,9 @@ inline bool equal(const char* left, const char* right) { return compare(left, ri
 /// True when the field is what a copy of the text would leave in it, cut to its capacity.
 template <std::size_t Capacity>
 bool holds(const char (&field)[Capacity], const char* text) {
-  return rl_strncmp(field, text != nullptr ? text : "", Capacity - 1) == 0;
+  char copy[Capacity];
+  copy_text(copy, text);
+  return rl_strncmp(field, copy, Capacity - 1) == 0;
 }
 
 inline char lower(char letter) {

@@ -20,7 +20,8 @@ void set_title(char (&title)[64], std::string_view text) {
   const std::size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return;
   const std::size_t last = text.find_last_not_of(kBlanks);
-  text = text.substr(first, last - first + 1).substr(0, sizeof title - 1);
+  text = text.substr(first, last - first + 1);
+  text = text.substr(0, cut_at(text, sizeof title - 1));
   rl_memcpy(title, text.data(), text.size());
   title[text.size()] = '\0';
   rl_strtrim(title);

@@ -55,6 +55,6 @@ int xmlbrowser_str_replace(char* text, int capacity, const char* old_text, const
       xmlbrowser::scratch_size(rl_strlen(text), rl_strlen(old_text), rl_strlen(new_text)));
   if (scratch == nullptr) return -1;
   xmlbrowser::substitute(text, old_text, new_text, scratch.get());
-  rl_strcpy_s(text, static_cast<std::size_t>(capacity), scratch.get());
+  copy_text(text, static_cast<std::size_t>(capacity), scratch.get());
   return 0;
 }

@@ -29,7 +29,7 @@ class Host {
   void bind(decltype(&cfgxml_cb_init) fill_table);
 
   /// The profile's folder, the same that the plug-in got through cfgxml_set_root. Reads the
-  /// settings, and puts back a file whose import was cut short.
+  /// settings (throws SettingsError), and puts back a file whose import was cut short.
   void open_profile(const std::filesystem::path& root);
 
   /// Where a published path ("/config/...") is below the profile's folder.

@@ -166,9 +166,34 @@ TEST_F(HostTest, SettingsAreSavedBySection) {
   cfg_get_string(26, 66, zone, 4, "default");
   EXPECT_STREQ(zone, "def");
 
-  write("/config/settings.json", "{ \"26\": ");
+TEST_F(HostTest, BrokenSettingsAreRefusedWhereTheyBreakAndStay) {
+  constexpr char kFile[] = "/config/settings.json";
+  const std::pair<const char*, const char*> rows[] = {
+      {"{ \"26\": ", "line 1, column 9: syntax error"},
+      {"", "line 1, column 1: syntax error"},
+      {"{\n  \"0\": { \"16\": \"203\" },\n  26: {}\n}", "line 3, column 4: syntax error"},
+      {"\n [1]", "line 2, column 2: an object of sections"},
+      {"{ \"26\" : \"Berlin\" }", "line 1, column 10: an object of items"},
+      {"{ \"0\": {},\n\"26\": [ {} ] }", "line 2, column 7: an object of items"},
+      {"{ \"26\": { \"65\":\n { \"a\": 1 } } }", "line 2, column 2: a text or a whole number"},
+      {"{ \"26\": { \"64\": \"+1\", \"65\": true } }",
+       "line 1, column 29: a text or a whole number"},
+  };
+  for (const auto& [text, reason] : rows) {
+    write(kFile, text);
+    try {
+      host().open_profile(root());
+      ADD_FAILURE() << text;
+    } catch (const host::SettingsError& error) {
+      EXPECT_NE(std::strstr(error.what(), reason), nullptr) << error.what();
+    }
+    cfg_set_string(26, 65, "Berlin");
+    EXPECT_EQ(cfg_save(26), -1);
+    EXPECT_EQ(read(kFile), text);
+  }
+  write(kFile, "{ \"0\": { \"16\": \"203\", \"18\": 5062 } }");
   host().open_profile(root());
-  EXPECT_EQ(item(26, 65), "");
+  EXPECT_EQ(cfg_get_int(0, 18, 5060), 5062) << "a number is as good as its text";
 }
 
 TEST_F(HostTest, ImportThatFailsLeavesContactsAndFile) {
@@ -177,6 +202,7 @@ TEST_F(HostTest, ImportThatFailsLeavesContactsAndFile) {
   add("Bo");  // not in the file yet
   write("/bad.csv", "NAME,NUMBER\nX,1\n");
   write("/bad.xml", "<ContactData><Group Id=\"1\" Name=\"Work\">");
+}
   for (const char* file : {"/bad.csv", "/bad.xml", "/missing.csv"}) {
     EXPECT_EQ(cfg_upload_contact(on_disk(file).c_str()), -1) << file;
   }

@@ -1,4 +1,5 @@
-// The configuration items of the phone: texts by section and key, kept in one JSON file:
+// The configuration items of the phone: texts and whole numbers by section and key, kept in one
+// JSON file:
 //   { "26": { "65": "Europe(Lisbon)" } }
 #pragma once
 
@@ -6,13 +7,22 @@
 #include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 namespace host {
 
+/// A file that holds no settings; says where it goes wrong.
+class SettingsError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 class Settings {
  public:
-  /// Forgets everything and reads the file; a file that is missing or damaged holds no items.
+  /// Forgets everything and reads the file; one that is missing holds no items. Throws
+  /// SettingsError for a file that can't be read or holds anything else: there are no items then,
+  /// and nothing is saved.
   void open(std::filesystem::path file);
 
   /// The item's text, or nothing when it is not set.
@@ -20,12 +30,12 @@ class Settings {
 
   void set(int section, int key, const std::string& value);
 
-  /// Makes the section's changes permanent, and no other's; false when the file can't be written.
+  /// Makes the section's changes permanent, and no other's; false when that fails.
   bool save(int section);
 
  private:
   mutable std::mutex mutex_;
-  std::filesystem::path file_;  // guarded by mutex_, as are the following
+  std::filesystem::path file_;  // "" without a sound file; guarded by mutex_, as are the following
   nlohmann::json items_;
   nlohmann::json saved_;  // as in the file
 };

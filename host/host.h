@@ -44,6 +44,11 @@ class Host {
   /// written.
   bool stop_saving();
 
+  /// Replaces the blacklist by a file's, through the plug-in's cfg_upload_blacklist; its result.
+  /// Changes that were not yet written are written first, so that a file that is refused (-1)
+  /// leaves them in the phone and in the old file.
+  int upload_blacklist(decltype(&cfg_upload_blacklist) upload, const char* path);
+
   const Callbacks& callbacks() const { return callbacks_; }
   Lists& lists() { return lists_; }
   Settings& settings() { return settings_; }

@@ -19,6 +19,7 @@ using host::Saver;
 
 constexpr int kLock = 45081;
 constexpr char kContactFile[] = "/config/Phone/Contact/Contact.xml";
+constexpr char kBlacklistFile[] = "/config/Phone/Contact/Blacklist.xml";
 constexpr char kBackup[] = "/config/Phone/Contact/Contact.xml.before-change";
 
 class HostTest : public phone_test::Phone {
@@ -152,6 +153,17 @@ TEST_F(HostTest, DeferredChangesReachTheirFilesWhenSavingStops) {
   EXPECT_NE(read(kContactFile).find("\"Bo\""), std::string::npos) << "saved at once again";
 }
 
+TEST_F(HostTest, ANameInBothFilesStaysWithTheContacts) {
+  write(kContactFile,
+        "<B><Group Id=\"1\" Name=\"W\"><Contact Id=\"1\" DisplayName=\"Ada\"/></Group></B>");
+  write(kBlacklistFile, "<B><Blacklist Id=\"1\" DisplayName=\"Ada\"/></B>");
+  const host::InitResults results = host().load();
+  EXPECT_EQ(results.contacts, 0);
+  EXPECT_EQ(results.blacklist, 19);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Ada");
+  EXPECT_EQ(blacklist().Entries[0].Id, 0);
+}
+
 TEST_F(HostTest, SettingsAreSavedBySection) {
   cfg_set_string(26, 65, "Berlin");
   cfg_set_string(0, 18, "5062");
@@ -165,6 +177,7 @@ TEST_F(HostTest, SettingsAreSavedBySection) {
   EXPECT_EQ(cfg_get_int(0, 18, 5060), 5060) << "its section was not saved";
   cfg_get_string(26, 66, zone, 4, "default");
   EXPECT_STREQ(zone, "def");
+}
 
 TEST_F(HostTest, BrokenSettingsAreRefusedWhereTheyBreakAndStay) {
   constexpr char kFile[] = "/config/settings.json";
@@ -202,7 +215,6 @@ TEST_F(HostTest, ImportThatFailsLeavesContactsAndFile) {
   add("Bo");  // not in the file yet
   write("/bad.csv", "NAME,NUMBER\nX,1\n");
   write("/bad.xml", "<ContactData><Group Id=\"1\" Name=\"Work\">");
-}
   for (const char* file : {"/bad.csv", "/bad.xml", "/missing.csv"}) {
     EXPECT_EQ(cfg_upload_contact(on_disk(file).c_str()), -1) << file;
   }
@@ -227,6 +239,22 @@ TEST_F(HostTest, ImportReplacesTheContacts) {
   EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Cy");
   EXPECT_EQ(contacts().Contacts[1].Id, 0);
   EXPECT_FALSE(exists(kBackup));
+}
+
+TEST_F(HostTest, BlacklistUploadThatFailsLeavesEntriesAndFile) {
+  write(kBlacklistFile, "<B><Blacklist Id=\"1\" DisplayName=\"Ada\"/></B>");
+  host().load();
+  host().start_saving();
+  CONTACT_DATA_T entry{};
+  rl_strcpy_s(entry.DisplayName, sizeof entry.DisplayName, "Bo");
+  ASSERT_EQ(cfg_add_black_data(&entry), 0);  // not in the file yet
+  write("/broken.xml", "<B><Blacklist");
+  write("/no-ids.xml", "<B><Blacklist DisplayName=\"X\"/></B>");
+  for (const char* file : {"/broken.xml", "/no-ids.xml"}) {
+    EXPECT_EQ(host().upload_blacklist(cfg_upload_blacklist, on_disk(file).c_str()), -1) << file;
+    EXPECT_STREQ(blacklist().Entries[1].DisplayName, "Bo") << file;
+    EXPECT_NE(read(kBlacklistFile).find("\"Bo\""), std::string::npos) << file;
+  }
 }
 
 TEST_F(HostTest, ImportThatWasCutShortIsUndoneAtTheNextStart) {

@@ -10,11 +10,11 @@
 #include <utility>
 
 #include "host.h"
+#include "runtime/locks.h"
 
 namespace host {
 namespace {
 
-constexpr int kPhonebookLock = 45081;
 constexpr char kContactFile[] = "/config/Phone/Contact/Contact.xml";
 
 bool is_csv(std::string_view path) {
@@ -32,19 +32,18 @@ bool was_read(int result) { return result == 0 || (result >= 16 && result <= 19)
 class ListsAside {
  public:
   explicit ListsAside(Lists& lists) : lists_(lists) {
-    rl_sem_lock(kPhonebookLock);
     *contacts_ = std::exchange(lists.contacts(), {});
     *blacklist_ = std::exchange(lists.blacklist(), {});
   }
   ~ListsAside() {
     lists_.contacts() = *contacts_;
     lists_.blacklist() = *blacklist_;
-    rl_sem_unlock(kPhonebookLock);
   }
   ListsAside(const ListsAside&) = delete;
   ListsAside& operator=(const ListsAside&) = delete;
 
  private:
+  const PhonebookLock hold_;
   Lists& lists_;
   std::unique_ptr<CONTACT_DATA_LIST_T> contacts_ = std::make_unique<CONTACT_DATA_LIST_T>();
   std::unique_ptr<BLACK_DATA_LIST_T> blacklist_ = std::make_unique<BLACK_DATA_LIST_T>();

@@ -13,20 +13,12 @@
 #include <string_view>
 
 #include "host.h"
+#include "runtime/locks.h"
 
 namespace host {
 namespace {
 
-constexpr int kPhonebookLock = 45081;
 constexpr std::string_view kNoRing = "Auto";
-
-class PhonebookLock {
- public:
-  PhonebookLock() { rl_sem_lock(kPhonebookLock); }
-  ~PhonebookLock() { rl_sem_unlock(kPhonebookLock); }
-  PhonebookLock(const PhonebookLock&) = delete;
-  PhonebookLock& operator=(const PhonebookLock&) = delete;
-};
 
 const GROUP_DATA_T* find_group(const CONTACT_DATA_LIST_T& list, std::string_view name) {
   for (const GROUP_DATA_T& group : list.Groups) {

@@ -1,7 +1,23 @@
 // The phone's numbered locks.
 #pragma once
 
-namespace host::locks {
+#include <cfgxml/host.h>
+
+namespace host {
+
+/// Holds the lock of contacts and blacklist.
+class PhonebookLock {
+ public:
+  PhonebookLock() { rl_sem_lock(kId); }
+  ~PhonebookLock() { rl_sem_unlock(kId); }
+  PhonebookLock(const PhonebookLock&) = delete;
+  PhonebookLock& operator=(const PhonebookLock&) = delete;
+
+ private:
+  static constexpr int kId = 45081;
+};
+
+namespace locks {
 
 /// Releases so far by a thread that did not hold the lock; each is also logged and does nothing.
 int faulty_releases();
@@ -20,4 +36,5 @@ int held();
 /// True when the calling thread holds the lock.
 bool held_by_me(int id);
 
-}  // namespace host::locks
+}  // namespace locks
+}  // namespace host

@@ -3,7 +3,6 @@
 
 #include <memory>
 
-#include "adapter/file_backup.h"
 #include "commands.h"
 #include "failure.h"
 #include "record_options.h"
@@ -12,8 +11,6 @@
 
 namespace deskphone {
 namespace {
-
-constexpr char kBlacklistFile[] = "/config/Phone/Contact/Blacklist.xml";
 
 void list_entries(const Phone& phone, const Summaries& entries) {
   phone.output().list(rows_of(entries),
@@ -66,27 +63,15 @@ void delete_entries(const Phone& phone, const Deletion& deletion) {
                       {{"deleted", deleted}});
 }
 
-/// The plug-in copies the file before it reads it, so the old file is kept until it was read.
 void upload_blacklist(const Phone& phone, const std::string& file) {
   const Upload upload(file);
   const Phonebook& phonebook = phone.phonebook();
-  int result = -1;
-  {
-    host::FileBackup backup(phone.host().on_disk(kBlacklistFile));
-    if (!backup.safe()) {
-      throw Failure(
-          fmt::format("{} can not be backed up. Check its permissions and the free space.",
-                      phone.host().on_disk(kBlacklistFile).string()));
-    }
-    result = phonebook.upload_blacklist(upload.path());
-    if (result != -1) backup.keep_change();
-  }
+  const int result = phonebook.upload_blacklist(upload.path());
   if (result == -1) {
-    phone.host().callbacks().black_init(&phone.host().lists().blacklist());
-    throw Failure(
-        fmt::format("{} is not a blacklist file; the blacklist is as it was. It has to be "
-                    "well-formed XML with Blacklist elements below its root.",
-                    file));
+    throw Failure(fmt::format(
+        "{} is not a blacklist file; the blacklist is as it was. It has to be "
+        "well-formed XML with Blacklist elements below its root; -v says what is wrong.",
+        file));
   }
   const std::size_t count = phonebook.blacklist().size();
   phone.output().done(

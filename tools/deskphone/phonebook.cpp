@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "failure.h"
+#include "host.h"
 #include "text.h"
 
 namespace deskphone {
@@ -217,7 +218,9 @@ int Phonebook::upload_contacts(const char* path) const {
   return result;
 }
 
-int Phonebook::upload_blacklist(const char* path) const { return upload_blacklist_(path); }
+int Phonebook::upload_blacklist(const char* path) const {
+  return host::the_host().upload_blacklist(upload_blacklist_, path);
+}
 
 void Phonebook::index_contacts() const {
   if (index_contacts_() != 0) throw Failure("The phone has no contact list to search.");

@@ -147,6 +147,12 @@ TEST_F(Deskphone, RefusedFilesLeaveEverythingAsItWas) {
   expect_refused("blacklist upload " + path("no-ids.xml"), "the blacklist is as it was");
   expect_refused("remote load --book 0 " + path("text.xml"), "is not a phonebook");
   EXPECT_EQ(files(), before);
+  const std::string settings = root() / "config/settings.json";
+  const std::string broken = "{\n  \"26\": { 65: \"Berlin\" }\n}\n";
+  write(settings, broken);
+  expect_refused("timezones match", "settings.json, line 2, column 12: syntax error");
+  EXPECT_EQ(host::files::read(settings), broken);
+  fs::remove(settings);
   write(root() / "config/Phone/Contact/Contact.xml", "<Contact");
   EXPECT_NE(run("contacts list").error.find("Contact.xml can not be read"), std::string::npos);
 }
@@ -263,8 +269,20 @@ TEST_F(Deskphone, ACsvFileIsAddedRowByRowAndComesBackFromAnExport) {
   EXPECT_EQ(listed("contacts upload " + path("out.csv")), (json{{"contacts", 138}}));
   EXPECT_EQ(listed("groups list").size(), 6u);
 
-  listed("contacts community " + path("out.csv") + " " + path("out.xml"));
-  EXPECT_EQ(listed("contacts check " + path("out.xml"))["contacts"], 138);
+  const fs::path elsewhere = fs::current_path();
+  fs::current_path(path(""));
+  fs::create_symlink("out.xml", "link.xml");
+  fs::create_symlink("/proc/self/fd/1", "output");
+  for (const char* target : {"out.xml", "link.xml"}) {
+    listed(std::string("contacts community out.csv ") + target);
+    EXPECT_EQ(listed("contacts check out.xml")["contacts"], 138);
+  }
+  EXPECT_TRUE(fs::is_symlink("link.xml"));
+  EXPECT_EQ(run("contacts community out.csv output").out, *host::files::read("out.xml"));
+  fs::current_path(elsewhere);
+  for (const char* command : {"contacts export ", "contacts community out.csv "}) {
+    expect_refused(command + path("none/file"), "There is no folder " + path("none"));
+  }
 }
 
 TEST_F(Deskphone, DirectoryPagesStayAndAreFoundFromTheKeypad) {

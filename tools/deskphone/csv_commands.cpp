@@ -99,15 +99,14 @@ Summaries contacts_to_export(const Phonebook& phonebook) {
 }
 
 void export_contacts(const Phone& phone, const std::string& file) {
+  const Target target(file);
   Summaries contacts = contacts_to_export(phone.phonebook());
   CONTACT_SUMMARY_T* head = contacts.empty() ? nullptr : contacts.data();
-  if (phone.host().callbacks().save_contact_csv(file.c_str(), head) != 0) {
-    throw Failure(
-        fmt::format("{} can not be written. Check the folder and its permissions.", file));
-  }
+  if (phone.host().callbacks().save_contact_csv(file.c_str(), head) != 0) target.fail();
+  remark_on_losses(phone.phonebook(), contacts);
+  if (target.is_output()) return;
   phone.output().done(fmt::format("Exported {} contacts to {}.", contacts.size(), file),
                       {{"contacts", contacts.size()}, {"file", file}});
-  remark_on_losses(phone.phonebook(), contacts);
 }
 
 void check_contacts(const Phone& phone, const std::string& file) {
@@ -130,19 +129,18 @@ std::string community_file(const Phone& phone, COMMUNITY_DATA_T* data) {
   return *content;
 }
 
-void convert_community(const Phone& phone, const std::string& file, const std::string& target) {
+void convert_community(const Phone& phone, const std::string& file, const std::string& name) {
+  const Target target(name);
   const Upload upload(file);
   if (!upload.is_csv()) throw Failure(fmt::format("{} has not the extension .csv.", file));
   expect_contact_file(phone, upload, file);
   const Community data = read_community(phone, upload, file);
-  if (!host::files::replace(target, community_file(phone, data.get()))) {
-    throw Failure(
-        fmt::format("{} can not be written. Check the folder and its permissions.", target));
-  }
+  target.write(community_file(phone, data.get()));
+  if (target.is_output()) return;
   const std::size_t contacts = copy_list(data->Contacts).size();
   const std::size_t groups = copy_list(data->Groups).size();
-  phone.output().done(fmt::format("Wrote {}: {} contacts in {} groups.", target, contacts, groups),
-                      {{"file", target}, {"contacts", contacts}, {"groups", groups}});
+  phone.output().done(fmt::format("Wrote {}: {} contacts in {} groups.", name, contacts, groups),
+                      {{"file", name}, {"contacts", contacts}, {"groups", groups}});
 }
 
 }  // namespace

@@ -1,11 +1,14 @@
 #include "user_file.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <string>
+#include <fstream>
+#include <utility>
 
 #include "failure.h"
+#include "runtime/files.h"
 #include "text.h"
 
 namespace deskphone {
@@ -32,6 +35,37 @@ void check_file(const fs::path& file) {
   if (fs::file_size(file, error) == 0) {
     throw Failure(fmt::format("{} is empty. Give a file with content.", name));
   }
+}
+
+Target::Target(fs::path file) : file_(std::move(file)) {
+  const fs::path folder = file_.parent_path();
+  std::error_code error;
+  if (folder.empty() || fs::is_directory(folder, error)) return;
+  throw Failure(fmt::format("There is no folder {}. Create it, or check the path.",
+                            printable(folder.string())));
+}
+
+bool Target::is_output() const {
+  struct stat file {};
+  struct stat output {};
+  return ::stat(file_.c_str(), &file) == 0 && ::fstat(STDOUT_FILENO, &output) == 0 &&
+         file.st_dev == output.st_dev && file.st_ino == output.st_ino;
+}
+
+void Target::write(const std::string& content) const {
+  std::error_code error;
+  const fs::file_status status = fs::symlink_status(file_, error);
+  const bool replaceable = !fs::exists(status) ||
+                           (fs::is_regular_file(status) && fs::hard_link_count(file_, error) == 1);
+  if (replaceable ? !host::files::replace(fs::absolute(file_), content)
+                  : !(std::ofstream(file_) << content).flush()) {
+    fail();
+  }
+}
+
+void Target::fail() const {
+  throw Failure(fmt::format("{} can not be written. Check the folder and its permissions.",
+                            printable(file_.string())));
 }
 
 Upload::Upload(const fs::path& file) {

@@ -5,24 +5,27 @@
 #include <stdio.h>
 #include <string.h>
 
-static CFGXML_CALLBACK_T slots[CFGXML_SLOT_COUNT];
+#include "services.h"
 
 static void start(const char *folder) {
   cfgxml_set_root(folder);
   cfgxml_cb_init(slots);
-  ((int (*)(BLACK_DATA_LIST_T *))slots[CFGXML_SLOT_BLACK_INIT])(cfg_get_black_list());
+  /* -1 each while there is no file yet. */
   ((int (*)(CONTACT_DATA_LIST_T *))slots[CFGXML_SLOT_CONTACT_INIT])(cfg_get_contact_list());
+  ((int (*)(BLACK_DATA_LIST_T *))slots[CFGXML_SLOT_BLACK_INIT])(cfg_get_black_list());
   ((int (*)(HISTORY_DATA_LIST *))slots[CFGXML_SLOT_HISTORY_INIT])(cfg_get_history_list());
   CfgTrieReloadLocalBookInfo();
 }
 
 int main(int argc, char **argv) {
+  const char *folder = argc > 1 ? argv[1] : ".";
   CONTACT_DATA_T contact = {.DisplayName = "Ada Example", .OfficeNumber = "5550100"};
   CONTACT_SUMMARY_T *all, *node;
   TRIE_RESULT_T *hits = NULL;
   int result;
 
-  start(argc > 1 ? argv[1] : ".");
+  if (make_data_folders(folder) != 0) return 1;
+  start(folder);
   strcpy(contact.Group, "Default");
   result = cfg_add_contact_data(&contact);
   printf("added %s: result %d, id %d\n", contact.DisplayName, result, contact.Id);

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "services.h"
+
 namespace {
 
 struct FreeContacts {
@@ -21,8 +23,11 @@ struct FreeCalls {
 
 int main(int argc, char** argv) {
   const std::string folder = argc > 1 ? argv[1] : ".";
+  if (make_data_folders(folder.c_str()) != 0) return 1;
   cfgxml_set_root(folder.c_str());
-  contact_init(cfg_get_contact_list());
+  cfgxml_cb_init(slots);
+  contact_init(cfg_get_contact_list());  // as slots 0, 20 and 14
+  black_init(cfg_get_black_list());
   history_init(cfg_get_history_list());
 
   CONTACT_DATA_T contact{};

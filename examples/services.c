@@ -4,10 +4,12 @@
  * remember the codes of cfg_add_save_msg), contact files to import are XML, and the host's own two
  * lookups find nothing. */
 #define _GNU_SOURCE
-#include <cfgxml/binding.h>
+#include "services.h"
+
 #include <cfgxml/host.h>
 #include <ctype.h>
 #include <dirent.h>
+#include <errno.h>
 #include <pthread.h>
 #include <stdarg.h>
 #include <stdio.h>
@@ -55,7 +57,7 @@ char *rl_strtrim(char *text) {
 static void write_log(const char *level, const char *format, va_list arguments) {
   fprintf(stderr, "%s: ", level);
   vfprintf(stderr, format, arguments);
-  fputc('\n', stderr);
+  if (*format == '\0' || format[strlen(format) - 1] != '\n') fputc('\n', stderr);
 }
 
 #define LOG_LEVEL(name)                         \
@@ -109,6 +111,27 @@ int rl_system_ex(const char *command, int first, int second) {
   return system(command);
 }
 
+int make_data_folders(const char *root) {
+  static const char *const folders[] = {
+      "/config",
+      "/config/Phone",
+      "/config/Phone/Contact",
+      "/config/Phone/History",
+      "/config/Phone/General",
+      "/config/Phone/General/DialRule",
+      "/config/Phone/Message",
+      "/config/System",
+      "/config/Network",
+      "/config/Network/Rcpe",
+  };
+  char path[4096];
+  for (size_t i = 0; i < sizeof folders / sizeof folders[0]; ++i) {
+    snprintf(path, sizeof path, "%s%s", root, folders[i]);
+    if (mkdir(path, 0755) != 0 && errno != EEXIST) return -1;
+  }
+  return 0;
+}
+
 /* --- Settings: every item has its default --- */
 
 int cfg_get_string(int section, int key, char *buffer, int size, const char *fallback) {
@@ -150,24 +173,53 @@ int cfg_add_save_msg(int code) {
   return 0;
 }
 
+static const char contact_file[] = "/config/Phone/Contact/Contact.xml";
+static const char blacklist_file[] = "/config/Phone/Contact/Blacklist.xml";
+static const char history_file[] = "/config/Phone/History/History.xml";
+
+CFGXML_CALLBACK_T slots[CFGXML_SLOT_COUNT];
+
+typedef int (*contact_slot)(const char *path, CONTACT_DATA_LIST_T *list);
+typedef int (*blacklist_slot)(const char *path, BLACK_DATA_LIST_T *list);
+typedef int (*history_slot)(const char *path, HISTORY_DATA_LIST *list);
+typedef int (*path_slot)(const char *path);
+typedef int (*id_slot)(int id);
+
 int adapter_read_file_ex(void *list, const char *path) {
-  if (strstr(path, "/Contact.xml") != NULL) return get_contact_xml(path, list);
-  if (strstr(path, "/Blacklist.xml") != NULL) return get_blacklist_xml(path, list);
-  if (strstr(path, "/History.xml") != NULL) return get_history_xml(path, list);
+  if (strcmp(path, contact_file) == 0)
+    return ((contact_slot)slots[CFGXML_SLOT_GET_CONTACT_XML])(path, list);
+  if (strcmp(path, blacklist_file) == 0)
+    return ((blacklist_slot)slots[CFGXML_SLOT_GET_BLACKLIST_XML])(path, list);
+  if (strcmp(path, history_file) == 0)
+    return ((history_slot)slots[CFGXML_SLOT_GET_HISTORY_XML])(path, list);
   return -1;
 }
 
 int adapter_write_file_ex(void *list, const char *path) {
-  if (strstr(path, "/Contact.xml") != NULL) return save_contact_xml(path, list);
-  if (strstr(path, "/Blacklist.xml") != NULL) return save_blacklist_xml(path, list);
-  if (strstr(path, "/History.xml") != NULL) return save_history_xml(path, list);
+  if (strcmp(path, contact_file) == 0)
+    return ((contact_slot)slots[CFGXML_SLOT_SAVE_CONTACT_XML])(path, list);
+  if (strcmp(path, blacklist_file) == 0)
+    return ((blacklist_slot)slots[CFGXML_SLOT_SAVE_BLACKLIST_XML])(path, list);
+  if (strcmp(path, history_file) == 0)
+    return ((history_slot)slots[CFGXML_SLOT_SAVE_HISTORY_XML])(path, list);
   return -1;
 }
 
-int adapter_check_contact_file_valid(const char *path) { return is_valid_contact_file_xml(path); }
-int adapter_read_contact_file(const char *path) { return copy_contact_xml(path); }
-int adapter_move_contact_to_blackList(int id) { return mov_contact_data(id); }
-int adapter_move_blackList_to_contact(int id) { return mov_black_data(id); }
+int adapter_check_contact_file_valid(const char *path) {
+  return ((path_slot)slots[CFGXML_SLOT_IS_VALID_CONTACT_FILE_XML])(path);
+}
+
+int adapter_read_contact_file(const char *path) {
+  return ((path_slot)slots[CFGXML_SLOT_COPY_CONTACT_XML])(path);
+}
+
+int adapter_move_contact_to_blackList(int id) {
+  return ((id_slot)slots[CFGXML_SLOT_MOV_CONTACT_DATA])(id);
+}
+
+int adapter_move_blackList_to_contact(int id) {
+  return ((id_slot)slots[CFGXML_SLOT_MOV_BLACK_DATA])(id);
+}
 
 void *adapter_find_group_id(void *first, void *second, void *third, void *fourth) {
   (void)first;

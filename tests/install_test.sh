@@ -24,15 +24,15 @@ quietly() {
   "$@" >"$work/log" 2>&1 || { cat "$work/log" >&2 && fail "failed: $*"; }
 }
 
-# Runs a host over a new profile folder and looks for a line of its output.
+# Runs a host over an empty folder, looks for a line of its output, and for a text in a file of the
+# profile that it has made there.
 expect() {
-  local host=$1 line=$2 profile
+  local host=$1 line=$2 text=$3 file=$4 profile
   profile=$(mktemp -d -p "$work")
-  mkdir -p "$profile"/config/Phone/{Contact,History}
   "${run[@]}" "$host" "$profile" >"$work/output" 2>"$work/log" ||
     { cat "$work/output" "$work/log" >&2 && fail "$host failed"; }
   grep -qxF "$line" "$work/output" || { cat "$work/output" >&2 && fail "$host: no line '$line'"; }
-  grep -q 'Example' "$profile/config/Phone/Contact/Contact.xml" || fail "$host saved no contact"
+  grep -q "$text" "$profile/config/Phone/$file" || fail "$host: no $text in $file"
 }
 
 quietly cmake --install "$build" --prefix "$stage"
@@ -47,14 +47,18 @@ mkdir "$work/pc"
 "$c" -std=c99 -o "$work/pc/host_c" "$source/examples/host.c" "$work/pc/services.o" "${flags[@]}" -pthread
 "$cxx" -std=c++11 -o "$work/pc/host_cpp" "$source/examples/host.cpp" "$work/pc/services.o" \
   "${flags[@]}" -pthread
+read -ra flags <<<"$(pkg-config --cflags cfgxml) ${LDFLAGS:-}"
+"$c" -std=c99 -rdynamic -o "$work/pc/host_dlopen" "$source/examples/host_dlopen.c" \
+  "$work/pc/services.o" "${flags[@]}" -ldl -pthread
 
 quietly cmake -S "$stage/share/cfgxml/examples" -B "$work/cmake" -DCMAKE_PREFIX_PATH="$stage" \
   "${cmake_arguments[@]}"
 quietly cmake --build "$work/cmake"
 
 for hosts in pc cmake; do
-  expect "$work/$hosts/host_c" "keys 232: Ada Example"
-  expect "$work/$hosts/host_cpp" "5550123 Ben Example"
+  expect "$work/$hosts/host_c" "keys 232: Ada Example" "Ada Example" Contact/Contact.xml
+  expect "$work/$hosts/host_cpp" "5550123 Ben Example" 5550123 History/History.xml
+  expect "$work/$hosts/host_dlopen" "keys 29: Cy Example" "Cy Example" Contact/Contact.xml
 done
 
 if [ -x "$stage/bin/deskphone" ]; then

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "generated.h"
+#include "services.h"
 
 namespace {
 
@@ -197,5 +198,6 @@ void run(const std::string& folder) {
 int main(int argc, char** argv) {
   require(argc == 3, "usage: target_figures prepare|run FOLDER");
   cfgxml_set_root(argv[2]);
+  cfgxml_cb_init(slots);
   std::strcmp(argv[1], "prepare") == 0 ? prepare(argv[2]) : run(argv[2]);
 }

@@ -1,8 +1,25 @@
 /* Binding the library to its host: the callback table, the save switches, the storage root.
  *
- * Start-up: load the library, call cfgxml_cb_init, then slots 0, 20 and 14 to read the files into
- * the host's blocks, CfgTrieReloadLocalBookInfo to index the contacts, and slots 1, 21 and 15 to
- * switch deferred saving on. Nothing is torn down. */
+ * Start-up: load the library, call cfgxml_cb_init, then slots 0, 20 and 14, in this order, to read
+ * the files into the host's blocks (a name that is in both phonebook files stays with the
+ * contacts), CfgTrieReloadLocalBookInfo to index the contacts, and slots 1, 21 and 15 to switch
+ * deferred saving on. Nothing is torn down.
+ *
+ * Threads: any thread may call a function of the data domains; where a function's header names a
+ * lock, the function takes it, and where it says that the function runs under the caller's lock,
+ * the caller does. Three things belong to one thread at a time: the screens (xmlbrowser.h), a
+ * keypad search with its result (search.h), and cfgxml_set_root.
+ *
+ * Documents: XML is refused, as if it were not well-formed, when an element has more than 1000
+ * attributes, when one text or value of an attribute has more than 1000 open numeric references
+ * ("&#" without digits and ";" after it), or above 256 MB. A text that does not fit its field is
+ * cut: valid UTF-8 before the character that does not fit, anything else at the byte.
+ *
+ * Data files: their folders are the host's to make. A file that is not well-formed, or that can't
+ * be read for a lasting reason (EIO, EACCES, EPERM), becomes "<file>.corrupt" at the next save,
+ * which writes a new one; for want of memory or descriptors it stays and the save fails. A symbolic
+ * link stays, and what it leads to is replaced. Owner, group and mode are kept as far as the
+ * process may; a new file gets 0666 less the umask, the history and the messages 0600. */
 #ifndef CFGXML_BINDING_H
 #define CFGXML_BINDING_H
 
@@ -61,7 +78,8 @@ void cfgxml_cb_init(CFGXML_CALLBACK_T *table);
 void cfgxml_set_root(const char *directory);
 
 /* Read a data file into the host's block through the adapter, under the domain's lock; the
- * adapter's result. */
+ * adapter's result. Without a file, as at a first start, contacts and blacklist give -1, the
+ * history 0. */
 int contact_init(CONTACT_DATA_LIST_T *list);
 int black_init(BLACK_DATA_LIST_T *list);
 int history_init(HISTORY_DATA_LIST *list);
@@ -72,7 +90,8 @@ int black_save_init(int flag);
 int history_save_init(int flag);
 
 /* Save after a change: post the kind's code to the host (3 contacts, 4 blacklist, 1 history) while
- * deferred saving is on, else write the file through the adapter at once. Always 0. */
+ * deferred saving is on, else write the file through the adapter at once. Always 0: a write that
+ * fails is logged and undoes no change. */
 int contact_save(void);
 int black_save(void);
 int history_save(void);

@@ -2,9 +2,10 @@
  * phone's dialler applies them.
  *
  * Every call reads the list's file and a change writes it again; nothing stays in memory. A file
- * that does not exist is never created: every change then fails. A file that exists and is no
- * well-formed XML is kept as "<file>.corrupt", and the next change starts a new one in its place.
- * A change that fails leaves the list as it was.
+ * that does not exist is never created: every change then fails, which is not logged. A file that
+ * is no well-formed XML has no rules. The next change keeps it as "<file>.corrupt" and writes a new
+ * one, which holds that change alone; when the change is refused (4, or an unknown id of BlockOut)
+ * it writes none, and then there is no file. A change that fails leaves a sound file as it was.
  *
  * Ids are the library's: a new rule gets the largest id in the list plus 1. Lines and texts are the
  * caller's, not interpreted. Texts are NUL-terminated; capacities include the terminator. The lists

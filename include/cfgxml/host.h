@@ -1,8 +1,9 @@
 /* The services that a host supplies to the library, and the only place that declares them.
  *
  * They are undefined symbols of libcfgxml.so, resolved when the host loads it, so the host program
- * exports them (link it with -rdynamic, or put them in a library loaded before). The host may call
- * the library from any thread; every service must admit calls from several threads at once. */
+ * exports them (link it with -rdynamic, or put them in a library loaded before). Every service must
+ * admit calls from several threads at once. The library does not look at the results of the bounded
+ * copies, the locks, cfg_get_string, cfg_set_string, cfg_save and cfg_add_save_msg. */
 #ifndef CFGXML_HOST_H
 #define CFGXML_HOST_H
 
@@ -22,7 +23,7 @@ void *rl_memcpy(void *destination, const void *source, size_t size);
 void *rl_memmove(void *destination, const void *source, size_t size);
 
 /* Text. Capacities are in bytes and include the terminator. The bounded copies cut what does not
- * fit and take a NULL source as an empty string; rl_atoi takes NULL as 0. */
+ * fit, terminate it, and take a NULL source as an empty string; rl_atoi takes NULL as 0. */
 int rl_strcpy_s(char *destination, size_t capacity, const char *source);
 int rl_strcat_s(char *destination, size_t capacity, const char *source);
 size_t rl_strlen(const char *text);
@@ -37,14 +38,14 @@ char *rl_strtrim(char *text);
 int rl_str_isempty(const char *text);
 int rl_atoi(const char *text);
 
-/* Logging at four levels, printf-style. */
+/* Logging at four levels, printf-style. The host adds the newline. */
 void rl_log_err(const char *format, ...) __attribute__((format(printf, 1, 2)));
 void rl_log_warn(const char *format, ...) __attribute__((format(printf, 1, 2)));
 void rl_log_info(const char *format, ...) __attribute__((format(printf, 1, 2)));
 void rl_log_debug(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 /* Numbered locks. A thread that holds a lock may take it again; it is free when it was released as
- * often as it was taken. */
+ * often as it was taken. They don't fail for the ids that the headers name. */
 int rl_sem_lock(int id);
 int rl_sem_unlock(int id);
 
@@ -70,11 +71,12 @@ struct BLACK_DATA_LIST_T *cfg_get_black_list(void);
 struct HISTORY_DATA_LIST *cfg_get_history_list(void);
 
 /* Queues a deferred write: 1 the history, 3 the contacts, 4 the blacklist. The host calls the
- * delay-save slot of that kind later. */
+ * delay-save slot of that kind later. A code that is not queued leaves the change in memory. */
 int cfg_add_save_msg(int code);
 
 /* Configuration items by section and key. A read gives the default for an item that is not set;
- * cfg_save makes a section's changes permanent. */
+ * cfg_get_string fills the buffer in every case, cut to its size and terminated. cfg_save makes a
+ * section's changes permanent. */
 int cfg_get_string(int section, int key, char *buffer, int size, const char *fallback);
 int cfg_get_int(int section, int key, int fallback);
 int cfg_set_string(int section, int key, const char *value);
@@ -92,7 +94,8 @@ int adapter_read_contact_file(const char *path);
 /* Carry a move out through slots 3 and 4; called with the phonebook lock held. */
 int adapter_move_contact_to_blackList(int id);
 int adapter_move_blackList_to_contact(int id);
-/* The library's find_group_id and find_contacts_ring_url hand their words through to these. */
+/* The library's find_group_id and find_contacts_ring_url hand their words through to these, and
+ * what they return back: both are between the host and the callers. Called without a lock. */
 void *adapter_find_group_id(void *first, void *second, void *third, void *fourth);
 void *adapter_find_contacts_ring_url(void *first, void *second, void *third, void *fourth);
 

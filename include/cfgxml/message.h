@@ -1,8 +1,10 @@
 /* The text messages: one file with an inbox, an outbox, a sent box and a draft box.
  *
  * Every call reads the file and a change writes it again; nothing stays in memory. A file that does
- * not exist is never created: every call then fails. A file that exists and is no well-formed XML
- * is kept as "<file>.corrupt", and the next change starts a new one in its place.
+ * not exist is never created: every call then fails, which is not logged. A file that is no
+ * well-formed XML has no messages. The next change keeps it as "<file>.corrupt" and writes a new
+ * one, which holds that change alone; when there is no message with the id that is to be changed,
+ * it writes none, and then there is no file. A change that fails leaves a sound file as it was.
  *
  * Ids are the library's, unique within a box: a new message gets the largest id of its box plus 1.
  * Texts are NUL-terminated; capacities include the terminator. The caller frees each node of a list

@@ -212,9 +212,10 @@ typedef struct XML_CONFIGURATION_T {
 
 /* Parses the document at this path into a new object of its type, which becomes the current one.
  * A path of the file cache is taken from there, with the default element names; any other is
- * loaded. 0, also for a root element of no known type (then cfg_get_remote_xml_type gives 0 and no
- * object changes); -1 for NULL, a file that does not load, a document without a root element, and
- * when memory is out. After -1 the type is 0 and every object is as it was. */
+ * loaded, within the limits that binding.h gives. 0, also for a root element of no known type (then
+ * cfg_get_remote_xml_type gives 0 and no object changes); -1 for NULL, a file that does not load, a
+ * document without a root element, and when memory is out. After -1 the type is 0 and every object
+ * is as it was. */
 int cfg_parse_remote_xml(const char *path);
 
 /* The type of the last document parsed (XML_TYPE_...). */

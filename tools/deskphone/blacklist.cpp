@@ -81,64 +81,64 @@ void upload_blacklist(const Phone& phone, const std::string& file) {
   if (!note.empty()) remark(note);
 }
 
-void add_list_commands(CLI::App& family, Phone& phone) {
-  CLI::App& list = add_command(family, "list", "List the entries, sorted by name",
-                               "blacklist list\n"
-                               "--json blacklist list");
+void add_list_commands(Command family, Phone& phone) {
+  Command list = add_command(family, "list", "List the entries, sorted by name",
+                             "blacklist list\n"
+                             "--json blacklist list");
   on_run(list, phone, [&phone] { list_entries(phone, phone.phonebook().blacklist()); });
 
   auto id = std::make_shared<int>();
-  CLI::App& show = add_command(family, "show", "Show all of one entry", "blacklist show 4");
-  show.add_option("id", *id, "The entry's id")->required();
+  Command show = add_command(family, "show", "Show all of one entry", "blacklist show 4");
+  show.add_option("id", *id, "The entry's id").required();
   on_run(show, phone,
          [&phone, id] { phone.output().record(row_of(phone.phonebook().blacklist_entry(*id))); });
 
   auto text = std::make_shared<std::string>();
-  CLI::App& search = add_command(
+  Command search = add_command(
       family, "search", "List the entries with a text in their name or in one of their numbers",
       "blacklist search 0142");
-  search.add_option("text", *text, "The text; letter case counts")->required();
+  search.add_option("text", *text, "The text; letter case counts").required();
   on_run(search, phone,
          [&phone, text] { list_entries(phone, phone.phonebook().search_blacklist(*text)); });
 }
 
-void add_change_commands(CLI::App& family, Phone& phone) {
+void add_change_commands(Command family, Phone& phone) {
   auto fields = std::make_shared<RecordFields>();
-  CLI::App& add = add_command(family, "add", "Add an entry; there are 100 at most",
-                              "blacklist add \"Prize draw\" --office \"+1 212 555 0143\"");
-  add.add_option("name", fields->name, "The name, which no other entry or contact has")->required();
+  Command add = add_command(family, "add", "Add an entry; there are 100 at most",
+                            "blacklist add \"Prize draw\" --office \"+1 212 555 0143\"");
+  add.add_option("name", fields->name, "The name, which no other entry or contact has").required();
   add_number_options(add, *fields);
   on_run(add, phone, [&phone, fields] { add_entry(phone, *fields); });
 
   auto id = std::make_shared<int>();
   auto changes = std::make_shared<RecordFields>();
-  CLI::App& change = add_command(family, "change", "Change fields of an entry",
-                                 "blacklist change 4 --mobile \"0171 3920073\"");
-  change.add_option("id", *id, "The entry's id")->required();
+  Command change = add_command(family, "change", "Change fields of an entry",
+                               "blacklist change 4 --mobile \"0171 3920073\"");
+  change.add_option("id", *id, "The entry's id").required();
   change.add_option("--name", changes->name, "The name");
   add_number_options(change, *changes);
   on_run(change, phone, [&phone, id, changes] { change_entry(phone, *id, *changes); });
 
   auto deletion = std::make_shared<Deletion>();
-  CLI::App& remove = add_command(family, "delete", "Delete entries",
-                                 "blacklist delete 4\n"
-                                 "blacklist delete --all");
+  Command remove = add_command(family, "delete", "Delete entries",
+                               "blacklist delete 4\n"
+                               "blacklist delete --all");
   remove.add_option("id", deletion->ids, "The entries' ids");
   remove.add_flag("--all", deletion->all, "Every entry");
-  remove.require_option(1);
+  remove.require_one_option();
   on_run(remove, phone, [&phone, deletion] { delete_entries(phone, *deletion); });
 
   auto file = std::make_shared<std::string>();
-  CLI::App& upload = add_command(family, "upload", "Replace all entries by those of an XML file",
-                                 "blacklist upload backup.xml");
-  upload.add_option("file", *file, "The blacklist file")->required();
+  Command upload = add_command(family, "upload", "Replace all entries by those of an XML file",
+                               "blacklist upload backup.xml");
+  upload.add_option("file", *file, "The blacklist file").required();
   on_run(upload, phone, [&phone, file] { upload_blacklist(phone, *file); });
 }
 
 }  // namespace
 
-void add_blacklist_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family = add_family(app, "blacklist", "The callers that the phone refuses");
+void add_blacklist_commands(Command app, Phone& phone) {
+  Command family = add_family(app, "blacklist", "The callers that the phone refuses");
   add_list_commands(family, phone);
   add_change_commands(family, phone);
 }

@@ -91,12 +91,12 @@ void upload_contacts(const Phone& phone, const std::string& file) {
   if (!note.empty()) remark(note);
 }
 
-void add_list_commands(CLI::App& family, Phone& phone) {
+void add_list_commands(Command family, Phone& phone) {
   auto group = std::make_shared<std::string>();
-  CLI::App& list = add_command(family, "list", "List the contacts, sorted by name",
-                               "contacts list\n"
-                               "contacts list --group Sales\n"
-                               "--json contacts list");
+  Command list = add_command(family, "list", "List the contacts, sorted by name",
+                             "contacts list\n"
+                             "contacts list --group Sales\n"
+                             "--json contacts list");
   list.add_option("--group", *group, "Only the contacts of this group");
   on_run(list, phone, [&phone, group] {
     if (!group->empty()) expect_group(phone, *group);
@@ -104,72 +104,72 @@ void add_list_commands(CLI::App& family, Phone& phone) {
   });
 
   auto id = std::make_shared<int>();
-  CLI::App& show = add_command(family, "show", "Show all of one contact",
-                               "contacts show 12\n"
-                               "--json contacts show 12");
-  show.add_option("id", *id, "The contact's id")->required();
+  Command show = add_command(family, "show", "Show all of one contact",
+                             "contacts show 12\n"
+                             "--json contacts show 12");
+  show.add_option("id", *id, "The contact's id").required();
   on_run(show, phone,
          [&phone, id] { phone.output().record(row_of(phone.phonebook().contact(*id))); });
 
   auto text = std::make_shared<std::string>();
-  CLI::App& search = add_command(
+  Command search = add_command(
       family, "search", "List the contacts with a text in their name or in one of their numbers",
       "contacts search Turner\n"
       "contacts search 7946");
-  search.add_option("text", *text, "The text; letter case counts")->required();
+  search.add_option("text", *text, "The text; letter case counts").required();
   on_run(search, phone,
          [&phone, text] { list_contacts(phone, phone.phonebook().search_contacts(*text)); });
 }
 
-void add_change_commands(CLI::App& family, Phone& phone) {
+void add_change_commands(Command family, Phone& phone) {
   auto fields = std::make_shared<RecordFields>();
-  CLI::App& add = add_command(
+  Command add = add_command(
       family, "add", "Add a contact",
       "contacts add \"Zoë Baumann\" --office 120 --mobile \"0171 3920071\"\n"
       "contacts add \"Quay & Partners\" --office \"+44 20 7946 0123\" --group Suppliers");
-  add.add_option("name", fields->name, "The name, which no other entry has")->required();
+  add.add_option("name", fields->name, "The name, which no other entry has").required();
   add_number_options(add, *fields);
   add_contact_options(add, *fields);
   on_run(add, phone, [&phone, fields] { add_contact(phone, *fields); });
 
   auto id = std::make_shared<int>();
   auto changes = std::make_shared<RecordFields>();
-  CLI::App& change = add_command(family, "change", "Change fields of a contact",
-                                 "contacts change 12 --mobile \"0171 3920072\"\n"
-                                 "contacts change 12 --name \"Zoë Lüders\" --group Support");
-  change.add_option("id", *id, "The contact's id")->required();
+  Command change = add_command(family, "change", "Change fields of a contact",
+                               "contacts change 12 --mobile \"0171 3920072\"\n"
+                               "contacts change 12 --name \"Zoë Lüders\" --group Support");
+  change.add_option("id", *id, "The contact's id").required();
   change.add_option("--name", changes->name, "The name");
   add_number_options(change, *changes);
   add_contact_options(change, *changes);
   on_run(change, phone, [&phone, id, changes] { change_contact(phone, *id, *changes); });
 
   auto deletion = std::make_shared<Deletion>();
-  CLI::App& remove = add_command(family, "delete", "Delete contacts",
-                                 "contacts delete 12\n"
-                                 "contacts delete 12 13 14\n"
-                                 "contacts delete --group Suppliers\n"
-                                 "contacts delete --all");
+  Command remove = add_command(family, "delete", "Delete contacts",
+                               "contacts delete 12\n"
+                               "contacts delete 12 13 14\n"
+                               "contacts delete --group Suppliers\n"
+                               "contacts delete --all");
   remove.add_option("id", deletion->ids, "The contacts' ids");
   remove.add_option("--group", deletion->group, "Every contact of this group");
   remove.add_flag("--all", deletion->all, "Every contact");
-  remove.require_option(1);
+  remove.require_one_option();
   on_run(remove, phone, [&phone, deletion] { delete_contacts(phone, *deletion); });
 }
 
-void add_upload_command(CLI::App& family, Phone& phone) {
+void add_upload_command(Command family, Phone& phone) {
   auto uploaded = std::make_shared<std::string>();
-  CLI::App& upload = add_command(
+  Command upload = add_command(
       family, "upload",
       "Replace all contacts and groups by those of a file (XML, or CSV by the extension .csv)",
       "contacts upload backup.xml");
-  upload.add_option("file", *uploaded, "The contact file")->required();
+  upload.add_option("file", *uploaded, "The contact file").required();
   on_run(upload, phone, [&phone, uploaded] { upload_contacts(phone, *uploaded); });
 }
 
 }  // namespace
 
-void add_contacts_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family = add_family(app, "contacts", "The phonebook's contacts");
+void add_contacts_commands(Command app, Phone& phone) {
+  Command family = add_family(app, "contacts", "The phonebook's contacts");
   add_list_commands(family, phone);
   add_change_commands(family, phone);
   add_upload_command(family, phone);

@@ -145,40 +145,40 @@ void convert_community(const Phone& phone, const std::string& file, const std::s
 
 }  // namespace
 
-void add_contact_file_commands(CLI::App& family, Phone& phone) {
+void add_contact_file_commands(Command family, Phone& phone) {
   auto imported = std::make_shared<std::string>();
-  CLI::App& import = add_command(
+  Command import = add_command(
       family, "import",
       "Add the contacts of a file (XML, or CSV by the extension .csv) to those that are there. "
       "Names that are used are skipped, groups that are missing are added.",
       "contacts import new-colleagues.xml\n"
       "contacts import customers.csv");
-  import.add_option("file", *imported, "The contact file")->required();
+  import.add_option("file", *imported, "The contact file").required();
   on_run(import, phone, [&phone, imported] { import_contacts(phone, *imported); });
 
   auto exported = std::make_shared<std::string>();
-  CLI::App& export_command = add_command(family, "export", "Write all contacts to a CSV file",
-                                         "contacts export backup.csv");
-  export_command.add_option("file", *exported, "The file, which is replaced")->required();
+  Command export_command = add_command(family, "export", "Write all contacts to a CSV file",
+                                       "contacts export backup.csv");
+  export_command.add_option("file", *exported, "The file, which is replaced").required();
   on_run(export_command, phone, [&phone, exported] { export_contacts(phone, *exported); });
 
   auto checked = std::make_shared<std::string>();
-  CLI::App& check =
+  Command check =
       add_command(family, "check", "Say whether a file can be imported, and what it holds",
                   "contacts check customers.csv\n"
                   "contacts check new-colleagues.xml");
-  check.add_option("file", *checked, "The file (XML, or CSV by the extension .csv)")->required();
+  check.add_option("file", *checked, "The file (XML, or CSV by the extension .csv)").required();
   on_run(check, phone, [&phone, checked] { check_contacts(phone, *checked); });
 
   auto source = std::make_shared<std::string>();
   auto target = std::make_shared<std::string>();
-  CLI::App& community = add_command(
+  Command community = add_command(
       family, "community",
       "Turn a CSV file into a contact file (XML), with every row and group, beside the phone's own "
       "contacts",
       "contacts community customers.csv customers.xml");
-  community.add_option("file", *source, "The CSV file")->required();
-  community.add_option("target", *target, "The XML file, which is replaced")->required();
+  community.add_option("file", *source, "The CSV file").required();
+  community.add_option("target", *target, "The XML file, which is replaced").required();
   on_run(community, phone,
          [&phone, source, target] { convert_community(phone, *source, *target); });
 }

@@ -216,32 +216,32 @@ void upload_rules(const Phone& phone, const Family<Rule>& family, const std::str
 }
 
 template <typename Rule>
-void add_list_commands(CLI::App& app, Phone& phone, const Family<Rule>& family) {
-  CLI::App& list = add_command(app, "list", "List the rules",
-                               fmt::format("{0} list\n--json {0} list", family.name).c_str());
+void add_list_commands(Command app, Phone& phone, const Family<Rule>& family) {
+  Command list = add_command(app, "list", "List the rules",
+                             fmt::format("{0} list\n--json {0} list", family.name).c_str());
   on_run(list, phone, [&] { list_rules(phone, family); });
 
   auto id = std::make_shared<int>();
-  CLI::App& show =
+  Command show =
       add_command(app, "show", "Show one rule", fmt::format("{} show 2", family.name).c_str());
-  show.add_option("id", *id, "The rule's id")->required();
+  show.add_option("id", *id, "The rule's id").required();
   on_run(show, phone, [&phone, &family, id] {
     phone.output().record(row_of(family, RuleList<Rule>(phone, family).rule(*id)));
   });
 }
 
 template <typename Rule>
-void add_change_commands(CLI::App& app, Phone& phone, const Family<Rule>& family) {
+void add_change_commands(Command app, Phone& phone, const Family<Rule>& family) {
   auto fields = std::make_shared<RuleFields>();
-  CLI::App& add = add_command(app, "add", "Add a rule at the end",
-                              fmt::format("{} add {}", family.name, family.new_rule).c_str());
+  Command add = add_command(app, "add", "Add a rule at the end",
+                            fmt::format("{} add {}", family.name, family.new_rule).c_str());
   auto changes = std::make_shared<RuleFields>();
-  CLI::App& set = add_command(app, "set", "Change a rule",
-                              fmt::format("{} set 2 {}", family.name, family.change).c_str());
-  set.add_option("id", changes->id, "The rule's id")->required();
+  Command set = add_command(app, "set", "Change a rule",
+                            fmt::format("{} set 2 {}", family.name, family.change).c_str());
+  set.add_option("id", changes->id, "The rule's id").required();
   for (std::size_t i = 0; i < family.texts.size(); ++i) {
     const TextField<Rule>& text = family.texts[i];
-    add.add_option(text.name, fields->texts[i], text.title)->required();
+    add.add_option(text.name, fields->texts[i], text.title).required();
     set.add_option(fmt::format("--{}", text.name), changes->texts[i], text.title);
   }
   add.add_option("--line", fields->line, "The line it is for; 0 when left out");
@@ -250,24 +250,24 @@ void add_change_commands(CLI::App& app, Phone& phone, const Family<Rule>& family
   on_run(set, phone, [&phone, &family, changes] { set_rule(phone, family, *changes); });
 
   auto id = std::make_shared<int>();
-  CLI::App& remove =
+  Command remove =
       add_command(app, "remove", "Remove a rule", fmt::format("{} remove 2", family.name).c_str());
-  remove.add_option("id", *id, "The rule's id")->required();
+  remove.add_option("id", *id, "The rule's id").required();
   on_run(remove, phone, [&phone, &family, id] { remove_rule(phone, family, *id); });
 }
 
 template <typename Rule>
-void add_upload_command(CLI::App& app, Phone& phone, const Family<Rule>& family) {
+void add_upload_command(Command app, Phone& phone, const Family<Rule>& family) {
   auto file = std::make_shared<std::string>();
-  CLI::App& upload = add_command(app, "upload", "Replace the list by a file's",
-                                 fmt::format("{} upload {}", family.name, family.upload).c_str());
-  upload.add_option("file", *file, "The file")->required();
+  Command upload = add_command(app, "upload", "Replace the list by a file's",
+                               fmt::format("{} upload {}", family.name, family.upload).c_str());
+  upload.add_option("file", *file, "The file").required();
   on_run(upload, phone, [&phone, &family, file] { upload_rules(phone, family, *file); });
 }
 
 template <typename Rule>
-void add_rule_family(CLI::App& app, Phone& phone, const Family<Rule>& family) {
-  CLI::App& commands = add_family(app, family.name, family.about);
+void add_rule_family(Command app, Phone& phone, const Family<Rule>& family) {
+  Command commands = add_family(app, family.name, family.about);
   add_list_commands(commands, phone, family);
   add_change_commands(commands, phone, family);
   if (family.upload != nullptr) add_upload_command(commands, phone, family);
@@ -301,7 +301,7 @@ void tour_dialrules(Phone& phone) {
   expect_on_tour(false, "The same rule is refused");
 }
 
-void add_dialrule_commands(CLI::App& app, Phone& phone) {
+void add_dialrule_commands(Command app, Phone& phone) {
   add_rule_family(app, phone, kDialNow);
   add_rule_family(app, phone, kDialReplace);
   add_rule_family(app, phone, kBlockOut);

@@ -54,12 +54,12 @@ void use_simple_list(const Phone& phone, int list, const Pages& pages) {
                       "entries");
 }
 
-void add_load_commands(CLI::App& family, Phone& phone) {
+void add_load_commands(Command family, Phone& phone) {
   auto pages = std::make_shared<Pages>();
-  CLI::App& load = add_command(
+  Command load = add_command(
       family, "load", "Load the pages of a directory, in their order, in place of the last one",
       "directory load group-1.xml group-2.xml group-3.xml");
-  load.add_option("page", *pages, "The pages that the server sent")->required();
+  load.add_option("page", *pages, "The pages that the server sent").required();
   on_run(load, phone, [&phone, pages] {
     const Directory directory(phone);
     const BSFT_CONTACT_POS_T position = directory.load(*pages);
@@ -68,44 +68,44 @@ void add_load_commands(CLI::App& family, Phone& phone) {
 
   auto list = std::make_shared<int>();
   auto simple_pages = std::make_shared<Pages>();
-  CLI::App& simple = add_command(
+  Command simple = add_command(
       family, "simple",
       "Load pages into a simple list, whose entries the command keys finds; without pages, list it",
       "directory simple 0 group-1.xml group-2.xml group-3.xml\n"
       "directory simple 0\n"
       "keys 266");
   simple.add_option("list", *list, "The simple list, 0 to 5")
-      ->required()
-      ->check(CLI::Range(0, CFGXML_BROADSOFT_LIST_COUNT - 1));
+      .required()
+      .range(0, CFGXML_BROADSOFT_LIST_COUNT - 1);
   simple.add_option("page", *simple_pages, "The pages that the server sent");
   on_run(simple, phone,
          [&phone, list, simple_pages] { use_simple_list(phone, *list, *simple_pages); });
 }
 
-void add_read_commands(CLI::App& family, Phone& phone) {
-  CLI::App& list = add_command(family, "list", "List the entries, in the server's order",
-                               "directory list\n"
-                               "--json directory list");
+void add_read_commands(Command family, Phone& phone) {
+  Command list = add_command(family, "list", "List the entries, in the server's order",
+                             "directory list\n"
+                             "--json directory list");
   on_run(list, phone, [&phone] { list_entries(phone, Directory(phone).entries()); });
 
   auto text = std::make_shared<std::string>();
-  CLI::App& search = add_command(family, "search", "List the entries with a text in any field",
-                                 "directory search Sales\n"
-                                 "directory search 7946");
-  search.add_option("text", *text, "The text; letter case counts")->required();
+  Command search = add_command(family, "search", "List the entries with a text in any field",
+                               "directory search Sales\n"
+                               "directory search 7946");
+  search.add_option("text", *text, "The text; letter case counts").required();
   on_run(search, phone, [&phone, text] { list_entries(phone, Directory(phone).search(*text)); });
 
   auto index = std::make_shared<int>();
-  CLI::App& show = add_command(family, "show", "Show all of one entry", "directory show 12");
-  show.add_option("index", *index, "The entry's index")->required();
+  Command show = add_command(family, "show", "Show all of one entry", "directory show 12");
+  show.add_option("index", *index, "The entry's index").required();
   on_run(show, phone,
          [&phone, index] { phone.output().record(row_of(Directory(phone).entry(*index))); });
 }
 
 }  // namespace
 
-void add_directory_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family = add_family(app, "directory", "The directory of a BroadSoft server");
+void add_directory_commands(Command app, Phone& phone) {
+  Command family = add_family(app, "directory", "The directory of a BroadSoft server");
   add_load_commands(family, phone);
   add_read_commands(family, phone);
 }

@@ -90,55 +90,55 @@ void delete_groups(const Phone& phone, const Deletion& deletion) {
       {{"deleted", deleted}});
 }
 
-void add_list_commands(CLI::App& family, Phone& phone) {
-  CLI::App& list = add_command(family, "list", "List the groups with the number of their contacts",
-                               "groups list\n"
-                               "--json groups list");
+void add_list_commands(Command family, Phone& phone) {
+  Command list = add_command(family, "list", "List the groups with the number of their contacts",
+                             "groups list\n"
+                             "--json groups list");
   on_run(list, phone, [&phone] { list_groups(phone); });
 
   auto id = std::make_shared<int>();
-  CLI::App& show = add_command(family, "show", "Show one group", "groups show 3");
-  show.add_option("id", *id, "The group's id")->required();
+  Command show = add_command(family, "show", "Show one group", "groups show 3");
+  show.add_option("id", *id, "The group's id").required();
   on_run(show, phone,
          [&phone, id] { phone.output().record(counted_row(phone, phone.phonebook().group(*id))); });
 }
 
-void add_change_commands(CLI::App& family, Phone& phone) {
+void add_change_commands(Command family, Phone& phone) {
   auto fields = std::make_shared<GroupFields>();
-  CLI::App& add = add_command(family, "add", "Add a group; there are 6 at most",
-                              "groups add Workshop --ring Ring4.wav --description \"Hall 2\"");
-  add.add_option("name", fields->name, "The name, which no other group has")->required();
+  Command add = add_command(family, "add", "Add a group; there are 6 at most",
+                            "groups add Workshop --ring Ring4.wav --description \"Hall 2\"");
+  add.add_option("name", fields->name, "The name, which no other group has").required();
   add.add_option("--ring", fields->ring, "The ring tone of its contacts");
   add.add_option("--description", fields->description, "What the group is for");
   on_run(add, phone, [&phone, fields] { add_group(phone, *fields); });
 
   auto id = std::make_shared<int>();
   auto changes = std::make_shared<GroupFields>();
-  CLI::App& change =
+  Command change =
       add_command(family, "change", "Change a group; its contacts stay in it under a new name too",
                   "groups change 3 --name \"Sales EMEA\"\n"
                   "groups change 3 --ring Ring7.wav");
-  change.add_option("id", *id, "The group's id")->required();
+  change.add_option("id", *id, "The group's id").required();
   change.add_option("--name", changes->name, "The name");
   change.add_option("--ring", changes->ring, "The ring tone of its contacts");
   change.add_option("--description", changes->description, "What the group is for");
   on_run(change, phone, [&phone, id, changes] { change_group(phone, *id, *changes); });
 
   auto deletion = std::make_shared<Deletion>();
-  CLI::App& remove =
+  Command remove =
       add_command(family, "delete", "Delete groups; their contacts move to the group Default",
                   "groups delete 3\n"
                   "groups delete --all");
   remove.add_option("id", deletion->ids, "The groups' ids");
   remove.add_flag("--all", deletion->all, "Every group but Default");
-  remove.require_option(1);
+  remove.require_one_option();
   on_run(remove, phone, [&phone, deletion] { delete_groups(phone, *deletion); });
 }
 
 }  // namespace
 
-void add_groups_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family = add_family(app, "groups", "The phonebook's groups");
+void add_groups_commands(Command app, Phone& phone) {
+  Command family = add_family(app, "groups", "The phonebook's groups");
   add_list_commands(family, phone);
   add_change_commands(family, phone);
 }

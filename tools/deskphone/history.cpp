@@ -89,22 +89,19 @@ void take_call(const Phone& phone, const CallOptions& options) {
                       row_of(History(phone.plugin()).call(call.record.ID)));
 }
 
-CLI::Option& add_type_option(CLI::App& command, std::string& type, const char* description) {
-  return *command.add_option("--type", type, description)
-              ->check(CLI::IsMember(words_of(kCallTypes)));
+Option add_type_option(Command command, std::string& type, const char* description) {
+  return command.add_option("--type", type, description).one_of(words_of(kCallTypes));
 }
 
-void add_caller_options(CLI::App& command, CallOptions& options) {
-  command.add_option("number", options.number, "The remote party's number")->required();
+void add_caller_options(Command command, CallOptions& options) {
+  command.add_option("number", options.number, "The remote party's number").required();
   command.add_option("--name", options.name, "The name that the remote party gives");
-  command.add_option("--line", options.line, "The line of the call")
-      ->check(CLI::Range(1, 2))
-      ->capture_default_str();
+  command.add_option("--line", options.line, "The line of the call").range(1, 2).show_default();
 }
 
-void add_list_commands(CLI::App& family, Phone& phone) {
+void add_list_commands(Command family, Phone& phone) {
   auto type = std::make_shared<std::string>();
-  CLI::App& list =
+  Command list =
       add_command(family, "list", "List the calls, the newest first, with the phonebook's names",
                   "history list\n"
                   "history list --type missed\n"
@@ -113,76 +110,72 @@ void add_list_commands(CLI::App& family, Phone& phone) {
   on_run(list, phone, [&phone, type] { list_calls(phone, *type); });
 
   auto id = std::make_shared<int>();
-  CLI::App& show = add_command(family, "show", "Show all of one call", "history show 12");
-  show.add_option("id", *id, "The call's id")->required();
+  Command show = add_command(family, "show", "Show all of one call", "history show 12");
+  show.add_option("id", *id, "The call's id").required();
   on_run(show, phone,
          [&phone, id] { phone.output().record(row_of(History(phone.plugin()).call(*id))); });
 }
 
-void add_change_commands(CLI::App& family, Phone& phone) {
+void add_change_commands(Command family, Phone& phone) {
   auto options = std::make_shared<CallOptions>();
-  CLI::App& add = add_command(family, "add", "Add a call; the oldest of 100 gives way",
-                              "history add 203\n"
-                              "history add \"030 23125910\" --type received --line 2 --seconds 75");
+  Command add = add_command(family, "add", "Add a call; the oldest of 100 gives way",
+                            "history add 203\n"
+                            "history add \"030 23125910\" --type received --line 2 --seconds 75");
   add_caller_options(add, *options);
-  add_type_option(add, options->type, "What it was").capture_default_str();
+  add_type_option(add, options->type, "What it was").show_default();
   add.add_option("--date", options->date, "The date; today when not given");
   add.add_option("--time", options->time, "The time; now when not given");
-  add.add_option("--seconds", options->seconds, "How long it took")
-      ->check(CLI::Range(0, kLongestCall));
+  add.add_option("--seconds", options->seconds, "How long it took").range(0, kLongestCall);
   on_run(add, phone, [&phone, options] { add_call(phone, *options); });
 
   auto id = std::make_shared<int>();
   auto word = std::make_shared<std::string>();
-  CLI::App& status =
+  Command status =
       add_command(family, "status", "Mark a call as new or seen", "history status 12 seen");
-  status.add_option("id", *id, "The call's id")->required();
-  status.add_option("status", *word, "What it is")
-      ->required()
-      ->check(CLI::IsMember(words_of(kCallStatuses)));
+  status.add_option("id", *id, "The call's id").required();
+  status.add_option("status", *word, "What it is").required().one_of(words_of(kCallStatuses));
   on_run(status, phone, [&phone, id, word] { set_status(phone, *id, *word); });
 
   auto ids = std::make_shared<std::vector<int>>();
-  CLI::App& remove = add_command(family, "delete", "Delete calls", "history delete 12 13");
-  remove.add_option("id", *ids, "The calls' ids")->required();
+  Command remove = add_command(family, "delete", "Delete calls", "history delete 12 13");
+  remove.add_option("id", *ids, "The calls' ids").required();
   on_run(remove, phone, [&phone, ids] { delete_calls(phone, *ids); });
 
   auto type = std::make_shared<std::string>();
-  CLI::App& clear = add_command(family, "clear", "Delete every call",
-                                "history clear\n"
-                                "history clear --type missed");
+  Command clear = add_command(family, "clear", "Delete every call",
+                              "history clear\n"
+                              "history clear --type missed");
   add_type_option(clear, *type, "Only the calls of this type");
   on_run(clear, phone, [&phone, type] { clear_calls(phone, *type); });
 }
 
 }  // namespace
 
-void add_history_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family = add_family(app, "history", "The calls that were made, taken and missed");
+void add_history_commands(Command app, Phone& phone) {
+  Command family = add_family(app, "history", "The calls that were made, taken and missed");
   add_list_commands(family, phone);
   add_change_commands(family, phone);
 }
 
-void add_caller_commands(CLI::App& app, Phone& phone) {
+void add_caller_commands(Command app, Phone& phone) {
   auto asked = std::make_shared<CallOptions>();
   asked->line = 0;
-  CLI::App& who = add_command(app, "who", "Say whose number it is, as far as the phone knows",
-                              "who 203\n"
-                              "who \"030 23125110 ext. 334\" --line 2");
-  who.add_option("number", asked->number, "The number, as it was stored")->required();
-  who.add_option("--line", asked->line, "The line that it calls; 0 for any")
-      ->check(CLI::NonNegativeNumber);
+  Command who = add_command(app, "who", "Say whose number it is, as far as the phone knows",
+                            "who 203\n"
+                            "who \"030 23125110 ext. 334\" --line 2");
+  who.add_option("number", asked->number, "The number, as it was stored").required();
+  who.add_option("--line", asked->line, "The line that it calls; 0 for any").at_least(0);
   on_run(who, phone, [&phone, asked] { look_up(phone, asked->number, asked->line); });
 
   auto options = std::make_shared<CallOptions>();
-  CLI::App& call =
+  Command call =
       add_command(app, "call", "Play an incoming call: show its caller, add it to the history",
                   "call 203\n"
                   "call \"+33 1 99 00 95 87\" --line 2 --taken 75\n"
                   "call 0999 --name \"R. Okafor\"");
   add_caller_options(call, *options);
   call.add_option("--taken", options->seconds, "Take it for so many seconds; it is missed else")
-      ->check(CLI::Range(1, kLongestCall));
+      .range(1, kLongestCall);
   on_run(call, phone, [&phone, options] { take_call(phone, *options); });
 }
 

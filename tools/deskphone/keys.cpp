@@ -91,9 +91,9 @@ void search_live(const Phone& phone) {
 
 }  // namespace
 
-void add_keys_command(CLI::App& app, Phone& phone) {
+void add_keys_command(Command app, Phone& phone) {
   auto keys = std::make_shared<std::string>();
-  CLI::App& command = add_command(
+  Command command = add_command(
       app, "keys",
       "Find records by the keys of their name or number, in the contacts, the remote books "
       "and the simple lists of the directory. "
@@ -102,11 +102,11 @@ void add_keys_command(CLI::App& app, Phone& phone) {
       "keys\n"
       "--json keys 0300\n"
       "printf 266 | deskphone keys");
-  CLI::Option* given = command.add_option("keys", *keys, "0 to 9, *, or letters in their place");
+  Option given = command.add_option("keys", *keys, "0 to 9, *, or letters in their place");
   on_run(command, phone, [&phone, keys, given] {
     phone.load_remote_books();
     Directory(phone).load_all_simple();
-    if (given->count() > 0) {
+    if (given.given()) {
       find_once(phone, *keys);
     } else if (phone.output().json()) {
       throw Failure("--json needs the keys. Give them: deskphone --json keys 2662");

@@ -15,11 +15,10 @@ namespace deskphone {
 namespace {
 
 constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
 
 /// The families, in the order of --help. A new one is a file of its own (see contacts.cpp), its
 /// function declared in commands.h, and a line here.
-constexpr void (*kFamilies[])(CLI::App&, Phone&) = {
+constexpr void (*kFamilies[])(Command, Phone&) = {
     add_tour,
     add_contacts_commands,
     add_groups_commands,
@@ -46,9 +45,8 @@ constexpr char kFooter[] =
     "  deskphone keys 2662\n"
     "  deskphone --root /tmp/my-phone --json blacklist list";
 
-void add_options(CLI::App& app, Options& options) {
-  app.add_option("--root", options.root, "The folder with the phone's files")
-      ->capture_default_str();
+void add_options(Command app, Options& options) {
+  app.add_option("--root", options.root, "The folder with the phone's files").show_default();
   app.add_flag("--json", options.json, "Print lists and records as JSON");
   app.add_flag("-v", options.verbosity,
                "Show the plug-in's log on standard error: problems (-v), everything (-vv)");
@@ -58,22 +56,12 @@ int run(int argc, char** argv) {
   hold_signals();
   Options options;
   Phone phone(options);
-  CLI::App app(
+  CommandLine line(
       "A desk phone on the command line: phonebook, blacklist, keypad search, call history.",
-      "deskphone");
-  app.require_subcommand(1);
-  app.fallthrough();  // for the subcommands: their parents' options may follow them
-  app.footer(kFooter);
-  add_options(app, options);
-  for (const auto add_family : kFamilies) add_family(app, phone);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::Success& help) {
-    return app.exit(help);
-  } catch (const CLI::ParseError& error) {
-    app.exit(error);
-    return kWrongUsage;
-  }
+      kFooter);
+  add_options(line.root(), options);
+  for (const auto add_family : kFamilies) add_family(line.root(), phone);
+  if (const std::optional<int> status = line.run(argc, argv)) return *status;
   if (std::fflush(stdout) != 0) {
     throw std::system_error(errno, std::generic_category(), "The output can not be written");
   }

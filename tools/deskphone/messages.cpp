@@ -107,7 +107,7 @@ struct Fields {
   }
 };
 
-void add_field_options(CLI::App& command, Fields& fields) {
+void add_field_options(Command command, Fields& fields) {
   command.add_option("--from", fields.from, "The sender's number");
   command.add_option("--from-name", fields.from_name, "The sender's name");
   command.add_option("--to", fields.to, "The recipient's number");
@@ -205,51 +205,51 @@ struct Target {
   int id = 0;
 };
 
-std::shared_ptr<Target> add_box(CLI::App& command) {
+std::shared_ptr<Target> add_box(Command command) {
   auto target = std::make_shared<Target>();
   command.add_option("box", target->box, "inbox, outbox, sentbox or draftbox")
-      ->required()
-      ->check(CLI::IsMember(std::vector<std::string>(std::begin(kBoxes), std::end(kBoxes))));
+      .required()
+      .one_of(std::vector<std::string>(std::begin(kBoxes), std::end(kBoxes)));
   return target;
 }
 
-std::shared_ptr<Target> add_message_of_box(CLI::App& command) {
+std::shared_ptr<Target> add_message_of_box(Command command) {
   auto target = add_box(command);
-  command.add_option("id", target->id, "The message's id")->required();
+  command.add_option("id", target->id, "The message's id").required();
   return target;
 }
 
-void add_list_commands(CLI::App& family, Phone& phone) {
-  CLI::App& list =
+void add_list_commands(Command family, Phone& phone) {
+  Command list =
       add_command(family, "list", "List a box, the newest message first", "messages list inbox");
   on_run(list, phone, [&phone, at = add_box(list)] { list_box(phone, at->box); });
 
-  CLI::App& show = add_command(family, "show", "Show one message", "messages show inbox 6");
+  Command show = add_command(family, "show", "Show one message", "messages show inbox 6");
   on_run(show, phone, [&phone, at = add_message_of_box(show)] {
     phone.output().record(row_of(Box(phone, at->box).message(at->id)));
   });
 
-  CLI::App& all = add_command(family, "all", "List every message of every box",
-                              "messages all\n--json messages all");
+  Command all = add_command(family, "all", "List every message of every box",
+                            "messages all\n--json messages all");
   on_run(all, phone, [&phone] { list_all(phone); });
 
-  CLI::App& unread =
+  Command unread =
       add_command(family, "unread", "Count the unread messages of the inbox", "messages unread");
   on_run(unread, phone, [&phone] { show_unread(phone); });
 }
 
-void add_change_commands(CLI::App& family, Phone& phone) {
-  CLI::App& add = add_command(
+void add_change_commands(Command family, Phone& phone) {
+  Command add = add_command(
       family, "add", "Add a message; a box settles at 101",
       "messages add inbox \"Lunch?\" --from 230 --from-name \"Jonas Schäfer\" --status 1\n"
       "messages add draftbox \"Call Anna\"");
   auto fields = std::make_shared<Fields>();
   auto at = add_box(add);
-  add.add_option("text", fields->text, "The text")->required();
+  add.add_option("text", fields->text, "The text").required();
   add_field_options(add, *fields);
   on_run(add, phone, [&phone, at, fields] { add_message(phone, at->box, *fields); });
 
-  CLI::App& set = add_command(family, "set", "Change a message", "messages set inbox 6 --status 0");
+  Command set = add_command(family, "set", "Change a message", "messages set inbox 6 --status 0");
   auto changes = std::make_shared<Fields>();
   add_field_options(set, *changes);
   set.add_option("--text", changes->text, "The text");
@@ -257,12 +257,12 @@ void add_change_commands(CLI::App& family, Phone& phone) {
     set_message(phone, target->box, target->id, *changes);
   });
 
-  CLI::App& remove = add_command(family, "remove", "Remove a message", "messages remove inbox 6");
+  Command remove = add_command(family, "remove", "Remove a message", "messages remove inbox 6");
   on_run(remove, phone, [&phone, target = add_message_of_box(remove)] {
     remove_message(phone, target->box, target->id);
   });
 
-  CLI::App& clear = add_command(family, "clear", "Empty a box", "messages clear sentbox");
+  Command clear = add_command(family, "clear", "Empty a box", "messages clear sentbox");
   on_run(clear, phone, [&phone, target = add_box(clear)] { clear_box(phone, target->box); });
 }
 
@@ -285,8 +285,8 @@ void tour_messages(Phone& phone) {
   fmt::print("  There is no unread message.\n");
 }
 
-void add_message_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family = add_family(app, "messages", "The text messages, in four boxes");
+void add_message_commands(Command app, Phone& phone) {
+  Command family = add_family(app, "messages", "The text messages, in four boxes");
   add_list_commands(family, phone);
   add_change_commands(family, phone);
 }

@@ -25,20 +25,20 @@ void move_to_contacts(const Phone& phone, int id) {
 
 }  // namespace
 
-void add_move_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family = add_family(app, "move", "Move records between contacts and blacklist");
+void add_move_commands(Command app, Phone& phone) {
+  Command family = add_family(app, "move", "Move records between contacts and blacklist");
 
   auto contact = std::make_shared<int>();
-  CLI::App& refuse = add_command(family, "to-blacklist", "Move a contact into the blacklist",
-                                 "move to-blacklist 12");
-  refuse.add_option("id", *contact, "The contact's id")->required();
+  Command refuse = add_command(family, "to-blacklist", "Move a contact into the blacklist",
+                               "move to-blacklist 12");
+  refuse.add_option("id", *contact, "The contact's id").required();
   on_run(refuse, phone, [&phone, contact] { move_to_blacklist(phone, *contact); });
 
   auto entry = std::make_shared<int>();
-  CLI::App& accept = add_command(family, "to-contacts",
-                                 "Move a blacklist entry into the contacts, in the group Default",
-                                 "move to-contacts 4");
-  accept.add_option("id", *entry, "The entry's id")->required();
+  Command accept = add_command(family, "to-contacts",
+                               "Move a blacklist entry into the contacts, in the group Default",
+                               "move to-contacts 4");
+  accept.add_option("id", *entry, "The entry's id").required();
   on_run(accept, phone, [&phone, entry] { move_to_contacts(phone, *entry); });
 }
 

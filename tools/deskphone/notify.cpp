@@ -78,21 +78,21 @@ struct Setting {
 
 }  // namespace
 
-void add_notify_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family =
+void add_notify_commands(Command app, Phone& phone) {
+  Command family =
       add_family(app, "notify", "The parameters whose changes the management server is told of");
-  CLI::App& list = add_command(family, "list", "List the parameters and their settings",
-                               "notify list\n--json notify list");
+  Command list = add_command(family, "list", "List the parameters and their settings",
+                             "notify list\n--json notify list");
   on_run(list, phone, [&phone] { list_parameters(phone); });
 
   auto setting = std::make_shared<Setting>();
-  CLI::App& set = add_command(family, "set", "Give a parameter a setting",
-                              "notify set Device.DeviceInfo.UpTime 1");
-  set.add_option("name", setting->name, "The parameter's name")->required();
-  set.add_option("value", setting->value, "0 off, 1 with the next report, 2 at once")->required();
+  Command set = add_command(family, "set", "Give a parameter a setting",
+                            "notify set Device.DeviceInfo.UpTime 1");
+  set.add_option("name", setting->name, "The parameter's name").required();
+  set.add_option("value", setting->value, "0 off, 1 with the next report, 2 at once").required();
   on_run(set, phone, [&phone, setting] { set_parameter(phone, setting->name, setting->value); });
 
-  CLI::App& clear = add_command(family, "clear", "Remove every setting", "notify clear");
+  Command clear = add_command(family, "clear", "Remove every setting", "notify clear");
   on_run(clear, phone, [&phone] { clear_parameters(phone); });
 }
 

@@ -27,15 +27,14 @@ void RecordFields::put_into(CONTACT_DATA_T& record) const {
   if (line) record.Line = *line;
 }
 
-void add_number_options(CLI::App& command, RecordFields& fields) {
+void add_number_options(Command command, RecordFields& fields) {
   command.add_option("--office", fields.office, "The office number");
   command.add_option("--mobile", fields.mobile, "The mobile number");
   command.add_option("--other", fields.other, "A further number");
-  command.add_option("--line", fields.line, "The line to call from; 0 for every line")
-      ->check(CLI::NonNegativeNumber);
+  command.add_option("--line", fields.line, "The line to call from; 0 for every line").at_least(0);
 }
 
-void add_contact_options(CLI::App& command, RecordFields& fields) {
+void add_contact_options(Command command, RecordFields& fields) {
   command.add_option("--group", fields.group, "The name of the group");
   command.add_option("--ring", fields.ring, "The ring tone; Auto for the group's");
   command.add_option("--photo", fields.photo, "The photo; Default for none");

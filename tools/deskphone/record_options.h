@@ -1,10 +1,10 @@
 // The options that fill the record of a contact or a blacklist entry.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 
+#include "commands.h"
 #include "phonebook.h"
 
 namespace deskphone {
@@ -26,8 +26,8 @@ struct RecordFields {
 };
 
 /// Numbers and line, which both kinds of record use.
-void add_number_options(CLI::App& command, RecordFields& fields);
+void add_number_options(Command command, RecordFields& fields);
 /// Group, ring and photo, which contacts use.
-void add_contact_options(CLI::App& command, RecordFields& fields);
+void add_contact_options(Command command, RecordFields& fields);
 
 }  // namespace deskphone

@@ -126,38 +126,38 @@ void free_book(const Phone& phone, int book) {
 }
 
 template <typename Book>
-CLI::Option* add_book_option(CLI::App& command, Book& book) {
+Option add_book_option(Command command, Book& book) {
   return command.add_option("--book", book, "The number of the remote book")
-      ->check(CLI::Range(0, CFGXML_REMOTE_BOOK_COUNT - 1));
+      .range(0, CFGXML_REMOTE_BOOK_COUNT - 1);
 }
 
-void add_file_commands(CLI::App& family, Phone& phone) {
+void add_file_commands(Command family, Phone& phone) {
   auto file = std::make_shared<std::string>();
   auto loaded = std::make_shared<int>();
-  CLI::App& load = add_command(
+  Command load = add_command(
       family, "load",
       "Load an XML phonebook as one of the five remote books. The file is kept in the profile, as "
       "/tmp/remote_contact.xml and the book's number, and loaded again by the commands that use "
       "it.",
       "remote load samples/remote/company.xml --book 0\n"
       "remote load samples/remote/town.xml --book 1");
-  load.add_option("file", *file, "The phonebook file")->required();
-  add_book_option(load, *loaded)->required();
+  load.add_option("file", *file, "The phonebook file").required();
+  add_book_option(load, *loaded).required();
   on_run(load, phone, [&phone, file, loaded] { load_book(phone, *file, *loaded); });
 
   auto freed = std::make_shared<int>();
-  CLI::App& free =
+  Command free =
       add_command(family, "free", "Free a remote book and remove its file", "remote free --book 0");
-  add_book_option(free, *freed)->required();
+  add_book_option(free, *freed).required();
   on_run(free, phone, [&phone, freed] { free_book(phone, *freed); });
 }
 
-void add_read_commands(CLI::App& family, Phone& phone) {
+void add_read_commands(Command family, Phone& phone) {
   auto listed = std::make_shared<std::optional<int>>();
-  CLI::App& list = add_command(family, "list", "List the books, or the records of one",
-                               "remote list\n"
-                               "remote list --book 0\n"
-                               "--json remote list --book 0");
+  Command list = add_command(family, "list", "List the books, or the records of one",
+                             "remote list\n"
+                             "remote list --book 0\n"
+                             "--json remote list --book 0");
   add_book_option(list, *listed);
   on_run(list, phone, [&phone, listed] {
     if (*listed) {
@@ -169,26 +169,26 @@ void add_read_commands(CLI::App& family, Phone& phone) {
 
   auto text = std::make_shared<std::string>();
   auto searched = std::make_shared<std::optional<int>>();
-  CLI::App& search = add_command(
+  Command search = add_command(
       family, "search", "List the records with a text in their name or in one of their numbers",
       "remote search Bakery\n"
       "remote search 7946 --book 0");
-  search.add_option("text", *text, "The text; letter case counts")->required();
+  search.add_option("text", *text, "The text; letter case counts").required();
   add_book_option(search, *searched);
   on_run(search, phone, [&phone, text, searched] { search_records(phone, *text, *searched); });
 
   auto id = std::make_shared<int>();
   auto shown = std::make_shared<int>();
-  CLI::App& show = add_command(family, "show", "Show one record", "remote show 12 --book 0");
-  show.add_option("id", *id, "The record's id")->required();
-  add_book_option(show, *shown)->required();
+  Command show = add_command(family, "show", "Show one record", "remote show 12 --book 0");
+  show.add_option("id", *id, "The record's id").required();
+  add_book_option(show, *shown).required();
   on_run(show, phone, [&phone, id, shown] { show_record(phone, *shown, *id); });
 }
 
 }  // namespace
 
-void add_remote_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family = add_family(app, "remote", "The remote phonebooks");
+void add_remote_commands(Command app, Phone& phone) {
+  Command family = add_family(app, "remote", "The remote phonebooks");
   add_file_commands(family, phone);
   add_read_commands(family, phone);
 }

@@ -26,9 +26,9 @@ Screen open(const Phone& phone, const Arguments& arguments) {
 
 }  // namespace
 
-void add_screen_command(CLI::App& app, Phone& phone) {
+void add_screen_command(Command app, Phone& phone) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
+  Command command = add_command(
       app, "screen",
       "Show a document of the XML browser: a text screen, a menu, a directory, a form or key "
       "assignments. Section 46 of the settings names its elements.",

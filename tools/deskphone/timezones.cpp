@@ -83,23 +83,23 @@ void match_name(const Phone& phone, const std::optional<std::string>& zone) {
 
 }  // namespace
 
-void add_timezone_commands(CLI::App& app, Phone& phone) {
-  CLI::App& family = add_family(app, "timezones", "The time zones that the phone offers");
+void add_timezone_commands(Command app, Phone& phone) {
+  Command family = add_family(app, "timezones", "The time zones that the phone offers");
   auto offset = std::make_shared<std::optional<std::string>>();
-  CLI::App& list = add_command(family, "list", "List the zones",
-                               "timezones list\n"
-                               "timezones list --zone=-3:30");
+  Command list = add_command(family, "list", "List the zones",
+                             "timezones list\n"
+                             "timezones list --zone=-3:30");
   list.add_option("--zone", *offset, "Only the zones with this offset");
   on_run(list, phone, [&phone, offset] { list_zones(phone, *offset); });
 
   auto name = std::make_shared<std::string>();
-  CLI::App& dst =
+  Command dst =
       add_command(family, "dst", "Show a zone's daylight saving", "timezones dst \"New York\"");
-  dst.add_option("name", *name, "The zone's name")->required();
+  dst.add_option("name", *name, "The zone's name").required();
   on_run(dst, phone, [&phone, name] { show_daylight_saving(phone, *name); });
 
   auto zone = std::make_shared<std::optional<std::string>>();
-  CLI::App& match =
+  Command match =
       add_command(family, "match", "Bring the configured zone's name into line with the zone",
                   "timezones match\n"
                   "timezones match --zone +9");

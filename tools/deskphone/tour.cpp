@@ -223,10 +223,10 @@ void expect_on_tour(bool holds, const char* what) {
   if (!holds) throw Failure(fmt::format("The tour failed. Expected: {}.", what));
 }
 
-void add_tour(CLI::App& app, Phone& phone) {
-  CLI::App& command =
+void add_tour(Command app, Phone& phone) {
+  Command command =
       add_command(app, "tour", "Show what the phone does, on a copy of its files", "tour");
-  command.callback([&phone] { tour(phone); });
+  command.on_run([&phone] { tour(phone); });
 }
 
 }  // namespace deskphone

@@ -62,9 +62,9 @@ json parse(const std::string& text) {
   std::size_t value_at = text.find_first_not_of(kBlank);
   const auto check = [&](int depth, Event event, const json& value) {
     if (event == Event::key) {
-      const auto behind = static_cast<std::size_t>(reached - text.data());
+      const auto after = static_cast<std::size_t>(reached - text.data());
       value_at =
-          text.find_first_not_of(kBlank, std::min(text.find(':', behind), text.size() - 1) + 1);
+          text.find_first_not_of(kBlank, std::min(text.find(':', after), text.size() - 1) + 1);
     }
     if (const char* what = fault(depth, event, value)) {
       throw SettingsError(place(text, value_at, what));

@@ -102,7 +102,13 @@ int rl_file_size(const char *path) {
 }
 
 void *rl_opendir(const char *path) { return opendir(path); }
-void *rl_readdir(void *directory) { return readdir(directory); }
+void *rl_readdir(void *directory) {
+  static __thread CFGXML_DIRECTORY_ENTRY_T entry;
+  const struct dirent *found = readdir(directory);
+  if (found == NULL) return NULL;
+  snprintf(entry.d_name, sizeof entry.d_name, "%s", found->d_name);
+  return &entry;
+}
 int rl_closedir(void *directory) { return closedir(directory); }
 
 int rl_system_ex(const char *command, int first, int second) {

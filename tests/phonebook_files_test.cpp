@@ -1,6 +1,8 @@
 // Contact.xml, Blacklist.xml, community files and the uploads: good ones, odd ones and broken ones.
 #include <cfgxml/host.h>
 #include <cfgxml/phonebook.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 #include <string>
 
@@ -217,6 +219,20 @@ TEST_F(PhonebookFilesTest, SavedFilesAreReplacedInOnePiece) {
             std::filesystem::perms(0640));
   std::filesystem::remove(folder / "old");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "nothing is left";
+}
+
+TEST_F(PhonebookFilesTest, AFileFromAWrongClockIsReadAndReplaced) {
+  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Ann"))), 0);
+  write("/new.xml", read(kContacts));
+  const timespec in_2040[] = {{2209032000, 0}, {2209032000, 0}};
+  for (const std::string& file : {kContacts, std::string("/new.xml")}) {
+    ASSERT_EQ(::utimensat(AT_FDCWD, on_disk(file).c_str(), in_2040, 0), 0);
+  }
+  EXPECT_EQ(contact_init(&contacts()), 0);
+  EXPECT_EQ(cfg_upload_contact(on_disk("/new.xml").c_str()), 0);
+  EXPECT_EQ(cfg_del_contact_data(1), 0);
+  EXPECT_EQ(read(kContacts).find("Ann"), std::string::npos);
+  EXPECT_FALSE(exists(kContacts + ".corrupt"));
 }
 
 TEST_F(PhonebookFilesTest, CommunityDataIsWrittenToItsPath) {

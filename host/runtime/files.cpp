@@ -24,17 +24,11 @@ int rl_file_size(const char* path) {
 void* rl_opendir(const char* path) { return ::opendir(path); }
 
 void* rl_readdir(void* directory) {
-  auto* const folder = static_cast<DIR*>(directory);
-  if constexpr (sizeof(struct dirent) == sizeof(struct dirent64)) {
-    return ::readdir(folder);
-  } else {  // readdir fails at an inode or offset beyond 32 bits, which emulators hand out
-    thread_local struct dirent entry;
-    const struct dirent64* wide = ::readdir64(folder);
-    if (wide == nullptr) return nullptr;
-    entry.d_type = wide->d_type;
-    std::snprintf(entry.d_name, sizeof entry.d_name, "%s", wide->d_name);
-    return &entry;
-  }
+  const struct dirent* found = ::readdir(static_cast<DIR*>(directory));
+  if (found == nullptr) return nullptr;
+  thread_local CFGXML_DIRECTORY_ENTRY_T entry;
+  std::snprintf(entry.d_name, sizeof entry.d_name, "%s", found->d_name);
+  return &entry;
 }
 
 int rl_closedir(void* directory) { return ::closedir(static_cast<DIR*>(directory)); }

@@ -1,9 +1,10 @@
 #include "xmlbrowser/file_cache.h"
 
+#include <cfgxml/host.h>
 #include <cfgxml/xmlbrowser.h>
-#include <dirent.h>
 
 #include <cassert>
+#include <cstddef>
 #include <string>
 
 #include "support/chain.h"
@@ -14,6 +15,8 @@
 
 namespace cfgxml::xmlbrowser {
 namespace {
+
+static_assert(offsetof(CFGXML_DIRECTORY_ENTRY_T, d_name) == (sizeof(long) == 8 ? 19 : 11));
 
 XML_FILE_CACHE_T* g_local_xml_file_cache = nullptr;
 
@@ -38,7 +41,7 @@ Folder open_folder() {
 
 /// The name of the next file that is not hidden, or nullptr at the end.
 const char* next_name(const Folder& folder) {
-  while (const auto* entry = static_cast<const dirent*>(rl_readdir(folder.get()))) {
+  while (const auto* entry = static_cast<CFGXML_DIRECTORY_ENTRY_T*>(rl_readdir(folder.get()))) {
     if (entry->d_name[0] != '.') return entry->d_name;
   }
   return nullptr;

@@ -17,6 +17,10 @@
 namespace recorded_calls {
 namespace {
 
+/// Programs for 32 bits are built with 64-bit offsets and times. The functions that take them have
+/// names of their own there, which the declarations below get by themselves.
+constexpr bool kWide = sizeof(void*) == 4;
+
 /// The system's function of this name.
 template <typename Function>
 Function* next(const char* name) {
@@ -142,7 +146,8 @@ Record& record() {
 
 bool exists(const char* path) {
   struct stat status {};
-  return next<int(const char*, struct stat*)>("lstat")(path, &status) == 0;
+  return next<int(const char*, struct stat*)>(kWide ? "__lstat64_time64" : "lstat")(path,
+                                                                                    &status) == 0;
 }
 
 /// Opens by one of the system's functions, which all take the same arguments.
@@ -213,8 +218,18 @@ int open(const char* path, int flags, ...) {
   va_start(rest, flags);
   const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
   va_end(rest);
-  return open_by("open", path, flags, mode);
+  return open_by(kWide ? "open64" : "open", path, flags, mode);
 }
+int mkostemp(char* pattern, int flags) {
+  return make_by(kWide ? "mkostemp64" : "mkostemp", pattern, flags);
+}
+int stat(const char* path, struct stat* status) noexcept {
+  return look_by(kWide ? "__stat64_time64" : "stat", path, status);
+}
+int lstat(const char* path, struct stat* status) noexcept {
+  return look_by(kWide ? "__lstat64_time64" : "lstat", path, status);
+}
+#if __SIZEOF_POINTER__ == 8
 int open64(const char* path, int flags, ...) {
   va_list rest;
   va_start(rest, flags);
@@ -222,8 +237,14 @@ int open64(const char* path, int flags, ...) {
   va_end(rest);
   return open_by("open64", path, flags, mode);
 }
-int mkostemp(char* pattern, int flags) { return make_by("mkostemp", pattern, flags); }
 int mkostemp64(char* pattern, int flags) { return make_by("mkostemp64", pattern, flags); }
+int stat64(const char* path, struct stat64* status) noexcept {
+  return look_by("stat64", path, status);
+}
+int lstat64(const char* path, struct stat64* status) noexcept {
+  return look_by("lstat64", path, status);
+}
+#endif
 
 ssize_t read(int descriptor, void* buffer, size_t size) {
   static const auto real = next<ssize_t(int, void*, size_t)>("read");
@@ -266,14 +287,6 @@ int rename(const char* from, const char* to) noexcept {
 }
 int unlink(const char* path) noexcept { return remove_by("unlink", path); }
 int remove(const char* path) noexcept { return remove_by("remove", path); }
-int stat(const char* path, struct stat* status) noexcept { return look_by("stat", path, status); }
-int lstat(const char* path, struct stat* status) noexcept { return look_by("lstat", path, status); }
-int stat64(const char* path, struct stat64* status) noexcept {
-  return look_by("stat64", path, status);
-}
-int lstat64(const char* path, struct stat64* status) noexcept {
-  return look_by("lstat64", path, status);
-}
 DIR* opendir(const char* path) {
   if (record().sees(path) && record().fails(Kind::kLook)) return nullptr;
   return next<DIR*(const char*)>("opendir")(path);

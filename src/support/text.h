@@ -9,11 +9,11 @@
 
 namespace cfgxml {
 
-/// Where a text is cut that may have so many bytes, or at most that many when it is shorter: valid
-/// UTF-8 before the character that does not fit whole, anything else at the byte.
+/// Where to cut a text for which there is room for so many bytes: at that byte, or in valid UTF-8
+/// before the character that does not fit whole. A text that fits is not cut.
 std::size_t cut_at(std::string_view text, std::size_t bytes);
 
-/// The capacity to copy a text with, so that it is cut there.
+/// The capacity to give to a bounded copy of the text, so that it cuts there.
 std::size_t capacity_for(const char* text, std::size_t capacity);
 
 /// Copies a text, cut to the capacity; NULL gives an empty field.

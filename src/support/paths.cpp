@@ -10,8 +10,9 @@ constexpr std::string_view kDataFiles[] = {kContacts,    kBlacklist, kHistory,  
                                            kDialReplace, kBlockOut,  kMessages, kNotifications};
 constexpr std::string_view kFamilies[] = {kRemoteBook, kFactoryDocuments};
 
+/// Never destroyed: a host may save as late as in its own destructors.
 std::string& root() {
-  static std::string directory;
+  static std::string& directory = *new std::string;
   return directory;
 }
 

@@ -269,6 +269,40 @@ TEST_F(PhonebookFilesTest, AMoveWhoseSecondFileCannotBeWrittenStaysInTheFirst) {
   EXPECT_EQ(read(kContacts).find("Ann"), std::string::npos);
 }
 
+TEST_F(PhonebookFilesTest, MovesSaveEachListAsItIsSwitched) {
+  const struct {
+    const char* what;
+    int (*move)(int);
+    bool from_contacts;
+  } kMoves[] = {{"to the blacklist", cfg_mov_contact_data, true},
+                {"to the contacts", cfg_mov_black_data, false}};
+  for (const auto& [what, move, from_contacts] : kMoves) {
+    for (const int switches : {0, 1, 2, 3}) {
+      const int contacts_later = switches & 1;
+      const int blacklist_later = switches >> 1;
+      SCOPED_TRACE(std::string(what) + (contacts_later ? ", contacts later" : "") +
+                   (blacklist_later ? ", blacklist later" : ""));
+      host().lists().clear();
+      load(group_xml("Default", "1", entry_xml("Contact", 1, from_contacts ? "Ann" : "Cyd")));
+      load_blacklist(entry_xml("Blacklist", 1, from_contacts ? "Oz" : "Ann"));
+      contact_save_init(contacts_later);
+      black_save_init(blacklist_later);
+      EXPECT_EQ(move(1), 0);
+      // What is saved later still holds what it held before.
+      const auto holds = [this](const std::string& path) {
+        return read(path).find("Ann") != std::string::npos;
+      };
+      EXPECT_EQ(holds(kContacts), (contacts_later != 0) == from_contacts);
+      EXPECT_EQ(holds(kBlacklist), (blacklist_later != 0) != from_contacts);
+      EXPECT_TRUE(host().saver().stop());
+      EXPECT_EQ(holds(kContacts), !from_contacts);
+      EXPECT_EQ(holds(kBlacklist), from_contacts);
+      EXPECT_EQ(contact_init(&contacts()), 0);
+      EXPECT_EQ(holds(kContacts), !from_contacts) << "nothing is put back";
+    }
+  }
+}
+
 TEST_F(PhonebookFilesTest, UploadsReplaceTheFileAndReload) {
   ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Old"))), 0);
   write("/new.xml", "<B>" + group_xml("Work", "2", entry_xml("Contact", 1, "New")) + "</B>");

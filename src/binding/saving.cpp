@@ -52,8 +52,7 @@ int save(const Kind& kind, List* (*host_list)()) {
 
 }  // namespace
 
-bool writes_contacts_at_once() { return !contacts.deferred; }
-bool writes_blacklist_at_once() { return !blacklist.deferred; }
+bool saves_phonebook_at_once() { return !contacts.deferred && !blacklist.deferred; }
 
 }  // namespace cfgxml::binding
 

@@ -3,8 +3,7 @@
 
 namespace cfgxml::binding {
 
-/// True while a change of contacts, or of the blacklist, is written before it returns.
-bool writes_contacts_at_once();
-bool writes_blacklist_at_once();
+/// True while a change of contacts and one of the blacklist are both written before they return.
+bool saves_phonebook_at_once();
 
 }  // namespace cfgxml::binding

@@ -3,8 +3,6 @@
 #include <cfgxml/host.h>
 #include <cfgxml/phonebook.h>
 
-#include <functional>
-
 #include "binding/saving.h"
 #include "phonebook/blacklist.h"
 #include "phonebook/contacts.h"
@@ -17,6 +15,42 @@
 
 namespace cfgxml::phonebook {
 namespace {
+
+/// A move writes the file that loses the record before the one that gains it. Where both are
+/// written at once, this keeps the first as it was until the other is on the disk, so that neither
+/// a cut in between nor a failed write leaves the record in neither. Where one is written later,
+/// nothing is kept: what is written at once stays.
+class LosingFile {
+ public:
+  LosingFile(const char* path, SaveOrder& gaining_saves)
+      : path_(path), gaining_saves_(gaining_saves), begun_(gaining_saves.take()) {
+    if (binding::saves_phonebook_at_once() && XmlFile(path).load()) {
+      before_.copy(paths::on_disk(path));
+    }
+  }
+
+  /// The record is in the other list. When that could not be written, the old file takes its place
+  /// again and has the record until it is saved next.
+  void finish(const char* worker) {
+    if (gaining_saves_.saved() > begun_) {
+      forget(worker);
+    } else {
+      before_.put_back();
+    }
+  }
+
+  /// The record is back in this list, and written.
+  void forget(const char* worker) {
+    if (before_.drop()) return;
+    rl_log_err("%s failed: <%s> may have the record until it is saved next.", worker, path_);
+  }
+
+ private:
+  const char* path_;
+  SaveOrder& gaining_saves_;
+  SaveOrder::Number begun_;
+  durable::Before before_;
+};
 
 int _cfg_mov_contact_data(int id) {
   if (id < 1) {
@@ -35,6 +69,7 @@ int _cfg_mov_contact_data(int id) {
     rl_log_err("%s failed: black name exists.", __func__);
     return 7;
   }
+  LosingFile contacts(paths::kContacts, blacklist_saves);
   if (const int result = _cfg_del_contact_data(id); result != 0) {
     rl_log_err("%s failed: cfg_del_contact_data failed %d.", __func__, result);
     return result;
@@ -42,9 +77,11 @@ int _cfg_mov_contact_data(int id) {
   if (const int result = _cfg_add_black_data(&record); result != 0) {
     copy_text(record.Group, group);
     put_back_contact(*cfg_get_contact_list(), record);
+    contacts.forget(__func__);
     rl_log_err("%s failed: cfg_add_black_data failed %d.", __func__, result);
     return result;
   }
+  contacts.finish(__func__);
   return 0;
 }
 
@@ -63,35 +100,19 @@ int _cfg_mov_black_data(int id) {
     rl_log_err("%s failed: contact name exists.", __func__);
     return 7;
   }
+  LosingFile blacklist(paths::kBlacklist, contact_saves);
   if (const int result = _cfg_remove_black_data(id); result != 0) {
     rl_log_err("%s failed: cfg_remove_black_data failed %d.", __func__, result);
     return result;
   }
   if (const int result = _cfg_add_contact_data(&record); result != 0) {
     insert_black(*cfg_get_black_list(), record);
+    blacklist.forget(__func__);
     rl_log_err("%s failed: cfg_add_contact_data failed %d.", __func__, result);
     return result;
   }
+  blacklist.finish(__func__);
   return 0;
-}
-
-/// A move writes the file that loses the record before the one that gains it. Where these writes
-/// are not left to the host, the first file is kept as it was until the other is written, so that
-/// neither a cut in between nor a failed write leaves the record in neither. After a failed write
-/// it is in the first file until that is saved next.
-int keep_during(int (*move)(int), int id, const char* losing_file, bool writes_at_once,
-                SaveOrder& gaining_saves) {
-  durable::Before before;
-  if (writes_at_once && XmlFile(losing_file).load()) before.copy(paths::on_disk(losing_file));
-  const SaveOrder::Number saved = gaining_saves.saved();
-  const int result = move(id);
-  if (result == 0 && gaining_saves.saved() == saved) {
-    before.put_back();
-  } else if (!before.drop()) {
-    rl_log_err("%s failed: <%s> may have the record until it is saved next.", __func__,
-               losing_file);
-  }
-  return result;
 }
 
 }  // namespace
@@ -100,15 +121,8 @@ int keep_during(int (*move)(int), int id, const char* losing_file, bool writes_a
 using namespace cfgxml;             // NOLINT(google-build-using-namespace): the boundary
 using namespace cfgxml::phonebook;  // NOLINT(google-build-using-namespace): the boundary
 
-int mov_contact_data(int id) {
-  return guarded(-1, keep_during, _cfg_mov_contact_data, id, paths::kContacts,
-                 binding::writes_contacts_at_once(), std::ref(blacklist_saves));
-}
-
-int mov_black_data(int id) {
-  return guarded(-1, keep_during, _cfg_mov_black_data, id, paths::kBlacklist,
-                 binding::writes_blacklist_at_once(), std::ref(contact_saves));
-}
+int mov_contact_data(int id) { return guarded(-1, _cfg_mov_contact_data, id); }
+int mov_black_data(int id) { return guarded(-1, _cfg_mov_black_data, id); }
 
 int cfg_mov_contact_data(int id) {
   return under_lock(Lock::kPhonebook, -1, adapter_move_contact_to_blackList, id);

@@ -95,6 +95,18 @@ TEST_F(LeftBehind, ASaveFromTheLastDestructorsFindsItsFile) {
   EXPECT_NE(read(kDialNow).find("9xx"), std::string::npos);
 }
 
+TEST_F(LeftBehind, ARefusedMoveTouchesNoFile) {
+  blacklist().Entries[0] = contacts().Contacts[0];
+  recorded_calls::watch(root());
+  EXPECT_EQ(cfg_mov_contact_data(1), 7);
+  EXPECT_EQ(cfg_mov_black_data(1), 7);
+  for (const int id : {0, 77}) {
+    EXPECT_EQ(cfg_mov_contact_data(id), -1);
+    EXPECT_EQ(cfg_mov_black_data(id), -1);
+  }
+  EXPECT_TRUE(recorded_calls::take_events().empty());
+}
+
 TEST_F(LeftBehind, LinksAreNeverFollowedWhenSomethingIsWritten) {
   write("/outside", "not the phone's");
   const std::string outside = on_disk("/outside");

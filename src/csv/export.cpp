@@ -13,7 +13,7 @@
 namespace cfgxml::csv {
 namespace {
 
-constexpr mode_t kMode = 0644;  // of a new file
+constexpr mode_t kMode = 0666;  // of a new file
 
 /// The first of the host's groups that has the name, free slots included; an empty one for none.
 const GROUP_DATA_T& group_of(const char* name) {

@@ -25,7 +25,7 @@ class LosingFile {
   LosingFile(const char* path, SaveOrder& gaining_saves)
       : path_(path), gaining_saves_(gaining_saves), begun_(gaining_saves.take()) {
     if (binding::saves_phonebook_at_once() && XmlFile(path).load()) {
-      before_.copy(paths::on_disk(path));
+      before_.copy(durable::target_of(paths::on_disk(path)));
     }
   }
 

@@ -34,26 +34,27 @@ std::optional<Copied> copy_over(const char* source, const char* data_file, shell
   const std::string to = paths::on_disk(data_file);
   if (!shell::can_copy(from.c_str(), to.c_str())) return std::nullopt;
   durable::Before before;
-  if (!before.copy(to)) {
+  const std::string file = durable::target_of(to);
+  if (!before.copy(file)) {
     rl_log_err("%s failed: <%s> can not be kept.", __func__, data_file);
     return std::nullopt;
   }
   const bool existed = before.keeps();
-  const auto old = content_of(to);
+  const auto old = content_of(file);
   const int result = shell::copy_file(from.c_str(), to.c_str(), words);
   // What the numbers of a host's shell mean is the host's affair; the files tell.
-  const auto now = content_of(to);
+  const auto now = content_of(file);
   if (now && now == content_of(from)) {
-    if (durable::sync(to) && before.drop()) return Copied{result, true};
+    if (durable::sync(file) && before.drop()) return Copied{result, true};
     rl_log_err("%s failed: <%s> can not be synced.", __func__, data_file);
-    undo(before, existed, to);
+    undo(before, existed, file);
     return std::nullopt;
   }
   if (result == 0 && now == old) {  // a host that has not run the command
     before.drop();
   } else {
     rl_log_err("%s failed: <%s> stays as it was.", __func__, data_file);
-    undo(before, existed, to);
+    undo(before, existed, file);
   }
   return Copied{result, false};
 }

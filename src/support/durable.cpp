@@ -6,25 +6,28 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include <atomic>
 #include <cerrno>
-#include <cstdlib>
+#include <climits>
+#include <cstdio>
 #include <memory>
-#include <new>
 #include <utility>
 
 namespace cfgxml::durable {
 namespace {
 
-constexpr std::string_view kTemporary = ".tmpXXXXXX";
-constexpr std::size_t kTemporaryStem = 4;  // the part before the X
+constexpr std::string_view kTemporary = ".tmp";
+constexpr std::size_t kTemporaryDigits = 6;
 constexpr char kBefore[] = ".before-change";
 constexpr char kAside[] = ".corrupt";
+
+constexpr int kMostLinks = 40;  // in a chain, as the system has it
 
 std::recursive_mutex steps;
 
 std::string folder_of(const std::string& path) {
   const std::size_t slash = path.rfind('/');
-  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
 std::string name_in_folder(const std::string& path) { return path.substr(path.rfind('/') + 1); }
@@ -60,16 +63,40 @@ bool may_exist(const std::string& file) {
   return ::lstat(file.c_str(), &status) == 0 || !is_absence(errno);
 }
 
-/// A new file beside another, locked, and removed again unless it gets another name.
+bool write_all(const Descriptor& file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t count = ::write(file.number(), text.data(), text.size());
+    if (count == 0) errno = EIO;  // a device that takes nothing
+    if (count < 1 && errno != EINTR) return false;
+    if (count > 0) text.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+std::string temporary_name(const std::string& target) {
+  static std::atomic<unsigned> next{static_cast<unsigned>(::getpid())};
+  char digits[kTemporaryDigits + 1];
+  std::snprintf(digits, sizeof digits, "%06x", next++ % 0x1000000);
+  return target + std::string(kTemporary) + digits;
+}
+
+Access access_of(const struct stat& status) {
+  return {status.st_uid, status.st_gid, status.st_mode & 0777};
+}
+
+/// A new file beside another, locked, and removed again unless it gets another name. When it cannot
+/// be made, errno tells why.
 class NewFile {
  public:
-  explicit NewFile(const std::string& target) {
+  /// Makes the file with this mode less the umask; with what the old file had, when there was one.
+  NewFile(const std::string& target, mode_t mode, const std::optional<Access>& old) : old_(old) {
     do {
       // Created exclusively: a link or a file that waits under the name is not touched.
-      name_ = target + std::string(kTemporary);
-      file_ = Descriptor(::mkostemp(name_.data(), O_CLOEXEC));
-      if (!file_.is_open()) name_.clear();
-    } while (file_.is_open() && !keep_from_sweeps());
+      name_ = temporary_name(target);
+      file_ = Descriptor(::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                                old_ ? S_IRUSR | S_IWUSR : mode));
+    } while (file_.is_open() ? !keep_from_sweeps() : errno == EEXIST);
+    if (!file_.is_open()) name_.clear();
   }
   ~NewFile() {
     if (!name_.empty()) ::unlink(name_.c_str());
@@ -77,21 +104,10 @@ class NewFile {
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
 
+  /// Gives it its content, which is on the disk then.
   bool write(std::string_view text) {
-    while (file_.is_open() && !text.empty()) {
-      const ssize_t count = ::write(file_.number(), text.data(), text.size());
-      if (count > 0) {
-        text.remove_prefix(static_cast<std::size_t>(count));
-      } else if (count == 0 || errno != EINTR) {
-        return false;
-      }
-    }
-    return file_.is_open();
-  }
-
-  /// A file system without modes, a memory stick's, refuses (EPERM); the file is no wider for it.
-  bool sync(mode_t mode) {
-    return (::fchmod(file_.number(), mode) == 0 || errno == EPERM) && ::fsync(file_.number()) == 0;
+    return file_.is_open() && write_all(file_, text) && (!old_ || resemble(*old_)) &&
+           ::fsync(file_.number()) == 0;
   }
 
   bool rename_to(const std::string& file) {
@@ -112,24 +128,45 @@ class NewFile {
     return ::fstat(file_.number(), &status) != 0 || status.st_nlink > 0;
   }
 
+  /// Owner and group as far as the process may give them away. A file system without modes, a
+  /// memory stick's, refuses (EPERM); the file is no wider for it.
+  bool resemble(const Access& old) const {
+    if (::fchown(file_.number(), old.owner, old.group) != 0 &&
+        ::fchown(file_.number(), static_cast<uid_t>(-1), old.group) != 0) {
+      rl_log_debug("<%s> changes its owner.", name_.c_str());
+    }
+    return ::fchmod(file_.number(), old.mode) == 0 || errno == EPERM;
+  }
+
+  std::optional<Access> old_;
   std::string name_;
   Descriptor file_;
 };
 
-/// Gives the mode for what replaces the file: its own, or the fresh one. A link is replaced as
-/// such: what it points to lies elsewhere, and neither its content nor its mode is this file's.
-/// False when there is something else than a file, a file that is not to be written, or no telling.
-bool mode_after(const std::string& file, mode_t& mode) {
-  struct stat old {};
-  if (::lstat(file.c_str(), &old) != 0) return errno == ENOENT;
-  if (S_ISLNK(old.st_mode)) return true;
-  mode = old.st_mode & 0777;
-  return S_ISREG(old.st_mode) && ::access(file.c_str(), W_OK) == 0;
+/// As replace(); gives 0, or the error that ended it.
+int try_to_replace(const std::string& file, std::string_view text, mode_t mode,
+                   std::optional<Access> old) {
+  struct stat status {};
+  if (::lstat(file.c_str(), &status) == 0) {
+    if (!S_ISREG(status.st_mode)) return EINVAL;
+    if (::access(file.c_str(), W_OK) != 0) return errno;
+    old = access_of(status);
+  } else if (errno != ENOENT) {
+    return errno;
+  }
+  const std::string folder = folder_of(file);  // no memory is taken after the rename
+  NewFile written(file, mode, old);
+  if (!written.write(text)) return errno;
+  {
+    const auto step = hold();  // not between another thread's look at a bad file and its removal
+    if (!written.rename_to(file)) return errno;
+  }
+  return sync_folder(folder) ? 0 : EIO;
 }
 
 bool is_temporary_of(const std::string& target, std::string_view name) {
-  const std::string stem = target + std::string(kTemporary.substr(0, kTemporaryStem));
-  return name.size() == target.size() + kTemporary.size() && name.substr(0, stem.size()) == stem;
+  const std::string stem = target + std::string(kTemporary);
+  return name.size() == stem.size() + kTemporaryDigits && name.substr(0, stem.size()) == stem;
 }
 
 struct CloseFolder {
@@ -138,16 +175,20 @@ struct CloseFolder {
 
 }  // namespace
 
-bool replace(const std::string& file, std::string_view text, mode_t mode) {
-  if (!mode_after(file, mode)) return false;
-  const std::string folder = folder_of(file);  // no memory is taken behind the rename
-  NewFile written(file);
-  if (!written.write(text) || !written.sync(mode)) return false;
-  {
-    const auto step = hold();  // not between another thread's look at a bad file and its removal
-    if (!written.rename_to(file)) return false;
+std::string target_of(std::string file) {
+  for (int links = 0; links < kMostLinks; ++links) {
+    char text[PATH_MAX];
+    const ssize_t length = ::readlink(file.c_str(), text, sizeof text);
+    if (length < 1) break;
+    const std::string target(text, static_cast<std::size_t>(length));
+    file = target.front() == '/' ? target : folder_of(file) + target;
   }
-  return sync_folder(folder);
+  return file;
+}
+
+bool replace(const std::string& file, std::string_view text, mode_t mode,
+             const std::optional<Access>& old) {
+  return try_to_replace(file, text, mode, old) == 0;
 }
 
 bool sync(const std::string& file) {
@@ -177,10 +218,12 @@ Before::Names::Names(const std::string& changed)
       aside(changed + kAside),
       folder(folder_of(changed)) {}
 
-mode_t Before::mode_or(mode_t fresh) const {
+std::optional<Access> Before::access(mode_t widest) const {
   struct stat kept {};
-  const bool known = kept_ && ::fstat(locked_.number(), &kept) == 0;
-  return known ? kept.st_mode & 0777 : fresh;
+  if (!kept_ || ::fstat(locked_.number(), &kept) != 0) return std::nullopt;
+  Access access = access_of(kept);
+  access.mode &= widest;
+  return access;
 }
 
 bool Before::copy(const std::string& file) {
@@ -191,14 +234,10 @@ bool Before::copy(const std::string& file) {
   const Reading reading = read_file(file, text);
   if (reading != Reading::kWhole) return reading == Reading::kNoFile;
   struct stat old {};
-  NewFile written(file);
-  if (::stat(file.c_str(), &old) != 0 || !written.write(text) ||
-      !written.sync(old.st_mode & 0777) || !written.rename_to(names.before)) {
-    return false;
-  }
-  kept_ = std::move(names);
-  locked_ = written.release();
-  return settle(sync_folder(kept_->folder));
+  if (::stat(file.c_str(), &old) != 0) return false;
+  NewFile written(file, 0, access_of(old));
+  if (!written.write(text) || !written.rename_to(names.before)) return false;
+  return keep(std::move(names), written.release());
 }
 
 bool Before::move(const std::string& file) {
@@ -207,12 +246,10 @@ bool Before::move(const std::string& file) {
   Names names(file);
   if (may_exist(names.before)) return false;
   Descriptor old = open_beside(file);
-  if (!old.is_open()) return is_absence(errno) || errno == ELOOP;  // a link keeps what it points to
+  if (!old.is_open()) return is_absence(errno) || errno == ELOOP;
   if (!is_named_file(old)) return true;
   if (!lock_if_free(old) || ::rename(file.c_str(), names.before.c_str()) != 0) return false;
-  kept_ = std::move(names);
-  locked_ = std::move(old);
-  return settle(sync_folder(kept_->folder));
+  return keep(std::move(names), std::move(old));
 }
 
 bool Before::drop() {
@@ -241,6 +278,12 @@ void Before::put_back() {
     rl_log_err("%s failed: <%s> is put back when it is opened next.", __func__, names.file.c_str());
   }
   locked_ = Descriptor();
+}
+
+bool Before::keep(Names names, Descriptor locked) {
+  kept_ = std::move(names);
+  locked_ = std::move(locked);
+  return settle(sync_folder(kept_->folder));
 }
 
 Before::Names Before::forget() {

@@ -17,11 +17,25 @@
 
 namespace cfgxml::durable {
 
-/// Replaces a file with the text, or creates it with this mode: written beside it, synced, and
-/// renamed over it. A file that is replaced keeps its mode. True when the new file is on the disk.
-/// False leaves the old one, except when all that failed is the sync of the folder: then the new
-/// one is in place, and a cut may still bring the old one back.
-bool replace(const std::string& file, std::string_view text, mode_t mode);
+/// Who owns a file, and who may use it.
+struct Access {
+  uid_t owner;
+  gid_t group;
+  mode_t mode;
+};
+
+/// Where the link at this path leads, or the path when there is none: the file to change, and to
+/// keep things beside.
+std::string target_of(std::string file);
+
+/// Replaces a file with the text: written beside it, synced, and renamed over it. The new one gets
+/// owner, group and mode of the one it replaces, as far as the process may give them: of the file
+/// itself, else of the old one that is named, which was moved away. A new file gets the mode less
+/// the umask. True when the new file is on the disk. False leaves the old one, except when all that
+/// failed is the sync of the folder: then the new one is in place, and a cut may still bring the
+/// old one back.
+bool replace(const std::string& file, std::string_view text, mode_t mode,
+             const std::optional<Access>& old = std::nullopt);
 
 /// Waits until what others wrote into a file is on the disk; true also when there is no file.
 bool sync(const std::string& file);
@@ -49,8 +63,9 @@ class Before {
 
   bool keeps() const { return kept_.has_value(); }
 
-  /// The mode of what is kept, or the fresh one when nothing is.
-  mode_t mode_or(mode_t fresh) const;
+  /// Who may do what with the file that is kept, with no wider a mode; nothing when none is, or
+  /// none that can be read.
+  std::optional<Access> access(mode_t widest) const;
 
   /// The new file is on the disk: the old one is forgotten. False when that fails, which puts it
   /// back.
@@ -73,6 +88,7 @@ class Before {
     std::string folder;
   };
 
+  bool keep(Names names, Descriptor locked);
   Names forget();
   bool settle(bool settled);
 

@@ -73,7 +73,7 @@ XmlFile::~XmlFile() {
 
 void XmlFile::open(const char* path) {
   path_ = path;
-  file_ = paths::on_disk(path);
+  file_ = durable::target_of(paths::on_disk(path));
   own_ = paths::is_data_file(path);
   restored_ = !own_ || durable::restore(file_);
   usable_ = restored_;
@@ -165,8 +165,8 @@ bool XmlFile::replace_file() {
   if (own_) durable::sweep(file_);
   if (unread_files.has(file_) && !aside_.move(file_)) return false;
   const std::string_view content(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1);
-  const mode_t mode = privacy_ == Privacy::kPrivate ? 0600 : aside_.mode_or(0644);
-  if (!durable::replace(file_, content, mode)) {
+  const mode_t mode = privacy_ == Privacy::kPrivate ? 0600 : 0666;
+  if (!durable::replace(file_, content, mode, aside_.access(mode))) {
     aside_.put_back();
     return false;
   }

@@ -19,7 +19,8 @@ namespace cfgxml {
 /// found below the storage root. Entities are processed and white space is preserved.
 class XmlFile {
  public:
-  /// Who may read a file that the library creates. A file that is replaced keeps its mode.
+  /// Who may read a file that the library creates: whom the umask lets, or its owner. A file that
+  /// is replaced keeps its owner, group and mode, and a link at its path stays.
   enum class Privacy { kShared, kPrivate };
 
   /// Opening a data file of the library's first puts back what an interrupted change left of it.

@@ -47,6 +47,11 @@ class LeftBehind : public DiskPhone {
     struct stat status {};
     return ::lstat(on_disk(path).c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
   }
+  std::pair<uid_t, gid_t> owner_of(const char* path) const {
+    struct stat status {};
+    EXPECT_EQ(::lstat(on_disk(path).c_str(), &status), 0);
+    return {status.st_uid, status.st_gid};
+  }
   /// Locks a file as the one who is at work on it does.
   int lock(const std::string& path) const {
     const int descriptor = ::open(on_disk(path).c_str(), O_RDONLY | O_CLOEXEC);
@@ -121,18 +126,44 @@ TEST_F(LeftBehind, LinksAreNeverFollowedWhenSomethingIsWritten) {
   EXPECT_EQ(cfg_remove_dialnow_data(9), 0);
   EXPECT_EQ(read(now + ".corrupt"), kDamaged);
 
-  // In place of the file itself, a link is read through, and replaced by the next save.
-  fs::rename(on_disk(kMessages), on_disk("/messages"));
-  fs::create_symlink(on_disk("/messages"), on_disk(kMessages));
-  const std::string old = read("/messages");
-  EXPECT_EQ(cfg_remove_inbox_data(1), 0);
-  EXPECT_EQ(cfg_get_inbox_unread(), 0);
-  EXPECT_EQ(read("/messages"), old);
-  EXPECT_EQ(mode_of(kMessages), 0600u) << "not what the link points to";
   EXPECT_EQ(read("/outside"), "not the phone's");
 }
 
-TEST_F(LeftBehind, FilesKeepTheirModeAndPrivateOnesStartPrivate) {
+TEST_F(LeftBehind, ALinkInPlaceOfAFileLeadsToTheOneThatIsReplaced) {
+  fs::rename(on_disk(kMessages), on_disk("/messages"));
+  fs::create_symlink("../../../messages", on_disk(kMessages));
+  EXPECT_EQ(cfg_remove_inbox_data(1), 0);
+  EXPECT_EQ(read("/messages").find("one"), std::string::npos);
+  write("/messages", kDamaged);
+  EXPECT_EQ(cfg_remove_inbox_all(), 0);
+  EXPECT_EQ(read("/messages.corrupt"), kDamaged);
+  EXPECT_TRUE(fs::is_symlink(on_disk(kMessages)));
+
+  fs::rename(on_disk(kDialNow), on_disk("/rules"));
+  fs::create_symlink(on_disk("/rules"), on_disk(kDialNow));
+  ::host::run_commands_with([this](const std::string&) {
+    write("/rules", "<B>");
+    return 1;
+  });
+  EXPECT_EQ(cfg_upload_dialnow(uploaded("upload.xml").c_str()), 0);
+  EXPECT_NE(read("/rules").find("1xx"), std::string::npos) << "put back";
+  EXPECT_TRUE(fs::is_symlink(on_disk(kDialNow)));
+
+  fs::remove(on_disk(kHistory));
+  fs::create_symlink(on_disk("/calls"), on_disk(kHistory));
+  EXPECT_EQ(history_delay_save(), 0);
+  EXPECT_NE(read("/calls"), "") << "where there was no file yet";
+  EXPECT_TRUE(fs::is_symlink(on_disk(kHistory)));
+}
+
+TEST_F(LeftBehind, FilesKeepTheirOwnerAndModeAndPrivateOnesStartPrivate) {
+  const mode_t umask = ::umask(027);
+  // Only root may give files away.
+  const bool gives = ::geteuid() == 0;
+  const std::pair<uid_t, gid_t> owner = gives ? std::make_pair(12u, 34u) : owner_of(kDialNow);
+  for (const char* path : {kDialNow, kMessages}) {
+    EXPECT_EQ(::chown(on_disk(path).c_str(), owner.first, owner.second), 0);
+  }
   for (const char* path : {kHistory, kNotifications}) fs::remove(on_disk(path));
   fs::permissions(on_disk(kDialNow), fs::perms(0640));
   fs::permissions(on_disk(kMessages), fs::perms(0644));
@@ -144,17 +175,21 @@ TEST_F(LeftBehind, FilesKeepTheirModeAndPrivateOnesStartPrivate) {
   EXPECT_EQ(add_rule("2xx"), 0);
   EXPECT_EQ(cfg_remove_inbox_data(1), 0);
   EXPECT_EQ(mode_of(kHistory), 0600u);
-  EXPECT_EQ(mode_of(kNotifications), 0644u);
+  EXPECT_EQ(mode_of(kNotifications), 0640u) << "what the umask leaves";
   EXPECT_EQ(mode_of(kDialNow), 0640u);
   EXPECT_EQ(mode_of(kMessages), 0644u) << "it had this mode";
   write(kMessages, kDamaged);
   fs::permissions(on_disk(kMessages), fs::perms(0644));
   EXPECT_EQ(cfg_remove_inbox_all(), 0);
   EXPECT_EQ(mode_of(kMessages), 0600u) << "a new file in place of a damaged one";
+  EXPECT_EQ(owner_of(kDialNow), owner);
   write(kDialNow, kDamaged);
-  fs::permissions(on_disk(kDialNow), fs::perms(0640));
+  fs::permissions(on_disk(kDialNow), fs::perms(0604));
+  EXPECT_EQ(::chown(on_disk(kDialNow).c_str(), owner.first, owner.second), 0);
   EXPECT_EQ(add_rule("3xx"), 0);
-  EXPECT_EQ(mode_of(kDialNow), 0640u) << "no wider than a damaged one";
+  EXPECT_EQ(mode_of(kDialNow), 0604u) << "the one of the damaged file";
+  EXPECT_EQ(owner_of(kDialNow), owner);
+  ::umask(umask);
 }
 
 TEST_F(LeftBehind, AFileThatCouldNotBeReadIsNotWrittenOver) {

@@ -150,26 +150,19 @@ bool exists(const char* path) {
                                                                                     &status) == 0;
 }
 
+std::function<void()> interruption;
+
 /// Opens by one of the system's functions, which all take the same arguments.
 int open_by(const char* name, const char* path, int flags, mode_t mode) {
+  if ((flags & O_EXCL) != 0) {
+    if (const auto interrupt = std::exchange(interruption, nullptr)) interrupt();
+  }
   const auto real = next<int(const char*, int, ...)>(name);
   if (!record().sees(path)) return real(path, flags, mode);
   const bool creates = (flags & O_CREAT) != 0 && !exists(path);
   if (record().fails(creates ? Kind::kCreate : Kind::kOpen)) return -1;
   const int descriptor = real(path, flags, mode);
   if (descriptor >= 0) record().opened(descriptor, path, creates, flags);
-  return descriptor;
-}
-
-std::function<void()> interruption;
-
-int make_by(const char* name, char* pattern, int flags) {
-  if (const auto interrupt = std::exchange(interruption, nullptr)) interrupt();
-  const auto real = next<int(char*, int)>(name);
-  if (!record().sees(pattern)) return real(pattern, flags);
-  if (record().fails(Kind::kCreate)) return -1;
-  const int descriptor = real(pattern, flags);
-  if (descriptor >= 0) record().opened(descriptor, pattern, /*created=*/true, 0);
   return descriptor;
 }
 
@@ -220,9 +213,6 @@ int open(const char* path, int flags, ...) {
   va_end(rest);
   return open_by(kWide ? "open64" : "open", path, flags, mode);
 }
-int mkostemp(char* pattern, int flags) {
-  return make_by(kWide ? "mkostemp64" : "mkostemp", pattern, flags);
-}
 int stat(const char* path, struct stat* status) noexcept {
   return look_by(kWide ? "__stat64_time64" : "stat", path, status);
 }
@@ -237,7 +227,6 @@ int open64(const char* path, int flags, ...) {
   va_end(rest);
   return open_by("open64", path, flags, mode);
 }
-int mkostemp64(char* pattern, int flags) { return make_by("mkostemp64", pattern, flags); }
 int stat64(const char* path, struct stat64* status) noexcept {
   return look_by("stat64", path, status);
 }
@@ -261,6 +250,10 @@ ssize_t write(int descriptor, const void* data, size_t size) {
 }
 int fsync(int descriptor) { return sync(descriptor); }
 int fdatasync(int descriptor) { return sync(descriptor); }
+int fchown(int descriptor, uid_t owner, gid_t group) noexcept {
+  if (record().sees(descriptor) && record().fails(Kind::kMode)) return -1;
+  return next<int(int, uid_t, gid_t)>("fchown")(descriptor, owner, group);
+}
 int fchmod(int descriptor, mode_t mode) noexcept {
   if (record().sees(descriptor) && record().fails(Kind::kMode)) return -1;
   return next<int(int, mode_t)>("fchmod")(descriptor, mode);

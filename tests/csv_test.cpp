@@ -1,7 +1,9 @@
 // Contact CSV files: the check by the header, both imports, the export.
 #include <cfgxml/csv.h>
 #include <cfgxml/host.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
@@ -329,6 +331,50 @@ TEST_F(CsvTest, AnExportHoldsEveryValueInItsColumn) {
   EXPECT_EQ(save_contact_csv(nullptr, nullptr), -1);
   EXPECT_TRUE(logged("save_contact_csv: Bad parameters"));
   EXPECT_EQ(save_contact_csv(on_disk("/no/folder.csv").c_str(), nullptr), -1);
+}
+
+TEST_F(CsvTest, AnExportWritesInPlaceWhatItCannotReplaceInOnePiece) {
+  namespace fs = std::filesystem;
+  const auto export_to = [](const std::string& path) {
+    return save_contact_csv(path.c_str(), nullptr);
+  };
+  const std::string long_name = "/" + std::string(255, 'n');
+  for (const char* path : {"/target", "/linked", "/folder/file"}) write(path, "old");
+  fs::create_symlink("target", on_disk("/link"));
+  fs::create_symlink("missing", on_disk("/dangling"));
+  fs::create_hard_link(on_disk("/linked"), on_disk("/second"));
+  const std::pair<std::string, std::string> kTargets[] = {{"/link", "/target"},
+                                                          {"/dangling", "/missing"},
+                                                          {"/second", "/linked"},
+                                                          {long_name, long_name}};
+  for (const auto& [path, holds] : kTargets) {
+    EXPECT_EQ(export_to(on_disk(path)), 0) << path;
+    EXPECT_EQ(read(holds), kHeader) << path;
+  }
+  EXPECT_TRUE(fs::is_symlink(on_disk("/link")));
+  EXPECT_EQ(export_to("/dev/null"), 0);
+  EXPECT_EQ(export_to("/dev/full"), -1);
+
+  const std::string pipe = on_disk("/pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(export_to(pipe), -1) << "nobody reads it";
+  const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+  EXPECT_EQ(export_to(pipe), 0);
+  std::string text(kHeader.size(), ' ');
+  EXPECT_EQ(::read(reader, text.data(), text.size()), static_cast<ssize_t>(kHeader.size()));
+  EXPECT_EQ(text, kHeader);
+  ::close(reader);
+
+  fs::permissions(root(), fs::perms(0711));
+  fs::permissions(on_disk("/folder"), fs::perms(0555));
+  fs::permissions(on_disk("/folder/file"), fs::perms(0666));
+  const uid_t user = ::geteuid();
+  if (user == 0) EXPECT_EQ(::seteuid(65534), 0) << "root may write into any folder";
+  EXPECT_EQ(export_to(on_disk("/folder/file")), 0);
+  EXPECT_EQ(export_to(on_disk("/folder/new")), -1);
+  EXPECT_EQ(::seteuid(user), 0);
+  EXPECT_EQ(read("/folder/file"), kHeader);
+  fs::permissions(on_disk("/folder"), fs::perms(0755));
 }
 
 TEST_F(CsvTest, AnExportReadsBackUnlessAValueHoldsAComma) {

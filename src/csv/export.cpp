@@ -13,8 +13,6 @@
 namespace cfgxml::csv {
 namespace {
 
-constexpr mode_t kMode = 0666;  // of a new file
-
 /// The first of the host's groups that has the name, free slots included; an empty one for none.
 const GROUP_DATA_T& group_of(const char* name) {
   static constexpr GROUP_DATA_T kNone = {};
@@ -94,7 +92,7 @@ int export_contacts(const char* path, const CONTACT_SUMMARY_T* summary, const ch
   for (const CONTACT_SUMMARY_T* contact = summary; contact != nullptr; contact = contact->next) {
     append_row(text, *contact);
   }
-  return durable::replace(paths::on_disk(path), text, kMode) ? 0 : -1;
+  return durable::replace_or_write_in_place(paths::on_disk(path), text, 0666) ? 0 : -1;
 }
 
 }  // namespace

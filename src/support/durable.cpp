@@ -164,6 +164,14 @@ int try_to_replace(const std::string& file, std::string_view text, mode_t mode,
   return sync_folder(folder) ? 0 : EIO;
 }
 
+/// A pipe that nobody reads is not waited for; one that is read slowly is.
+bool write_in_place(const std::string& file, std::string_view text) {
+  const Descriptor target(
+      ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666));
+  return target.is_open() && ::fcntl(target.number(), F_SETFL, 0) == 0 && write_all(target, text) &&
+         (::fsync(target.number()) == 0 || errno == EINVAL);
+}
+
 bool is_temporary_of(const std::string& target, std::string_view name) {
   const std::string stem = target + std::string(kTemporary);
   return name.size() == stem.size() + kTemporaryDigits && name.substr(0, stem.size()) == stem;
@@ -189,6 +197,16 @@ std::string target_of(std::string file) {
 bool replace(const std::string& file, std::string_view text, mode_t mode,
              const std::optional<Access>& old) {
   return try_to_replace(file, text, mode, old) == 0;
+}
+
+bool replace_or_write_in_place(const std::string& file, std::string_view text, mode_t mode) {
+  struct stat old {};
+  if (::lstat(file.c_str(), &old) == 0 && (!S_ISREG(old.st_mode) || old.st_nlink > 1)) {
+    return write_in_place(file, text);
+  }
+  const int error = try_to_replace(file, text, mode, std::nullopt);
+  const bool takes_no_new_file = error == EACCES || error == EPERM || error == ENAMETOOLONG;
+  return error == 0 || (takes_no_new_file && write_in_place(file, text));
 }
 
 bool sync(const std::string& file) {

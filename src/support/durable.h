@@ -37,6 +37,11 @@ std::string target_of(std::string file);
 bool replace(const std::string& file, std::string_view text, mode_t mode,
              const std::optional<Access>& old = std::nullopt);
 
+/// The same, for a file of the user's. What can't be replaced in one piece is written in place: a
+/// link, a device, a file with a second name, one whose name is too long for a temporary one, or
+/// whose folder takes no new file. A write that fails half way costs the old content then.
+bool replace_or_write_in_place(const std::string& file, std::string_view text, mode_t mode);
+
 /// Waits until what others wrote into a file is on the disk; true also when there is no file.
 bool sync(const std::string& file);
 

@@ -7,6 +7,7 @@
 
 #include "support/durable.h"
 #include "support/paths.h"
+#include "support/regular_file.h"
 
 namespace cfgxml {
 namespace {
@@ -30,12 +31,16 @@ void undo(durable::Before& before, bool existed, const std::string& file) {
 }  // namespace
 
 std::optional<Copied> copy_over(const char* source, const char* data_file, shell::HostWords words) {
+  if (!can_copy_over(source, data_file)) return std::nullopt;
   const std::string from = paths::on_disk(source);
   const std::string to = paths::on_disk(data_file);
-  if (!shell::can_copy(from.c_str(), to.c_str())) return std::nullopt;
-  durable::Before before;
   const std::string file = durable::target_of(to);
-  if (!before.copy(file)) {
+  std::string text;
+  const Reading reading = durable::restore(file) ? read_file(file, text) : Reading::kShortage;
+  // What can't be read can't be copied, and stays as "<file>.corrupt".
+  const bool corrupt = reading == Reading::kUnreadable;
+  durable::Before before;
+  if (reading == Reading::kShortage || !(corrupt ? before.move(file) : before.copy(file))) {
     rl_log_err("%s failed: <%s> can not be kept.", __func__, data_file);
     return std::nullopt;
   }
@@ -45,22 +50,24 @@ std::optional<Copied> copy_over(const char* source, const char* data_file, shell
   // What the numbers of a host's shell mean is the host's affair; the files tell.
   const auto now = content_of(file);
   if (now && now == content_of(from)) {
-    if (durable::sync(file) && before.drop()) return Copied{result, true};
+    if (durable::sync(file) && (corrupt ? before.keep_aside() : before.drop())) {
+      return Copied{result, true};
+    }
     rl_log_err("%s failed: <%s> can not be synced.", __func__, data_file);
     undo(before, existed, file);
     return std::nullopt;
   }
-  if (result == 0 && now == old) {  // a host that has not run the command
-    before.drop();
-  } else {
+  if (result != 0 || now != old) {  // else a host has not run the command
     rl_log_err("%s failed: <%s> stays as it was.", __func__, data_file);
-    undo(before, existed, file);
   }
+  undo(before, existed, file);
   return Copied{result, false};
 }
 
 bool can_copy_over(const char* source, const char* data_file) {
-  return shell::can_copy(paths::on_disk(source).c_str(), paths::on_disk(data_file).c_str());
+  const std::string from = paths::on_disk(source);
+  const std::string to = paths::on_disk(data_file);
+  return shell::can_copy(from.c_str(), to.c_str());
 }
 
 }  // namespace cfgxml

@@ -247,7 +247,7 @@ std::optional<Access> Before::access(mode_t widest) const {
 bool Before::copy(const std::string& file) {
   const auto step = hold();
   Names names(file);
-  if (!restore(file) || may_exist(names.before)) return false;
+  if (may_exist(names.before)) return false;
   std::string text;
   const Reading reading = read_file(file, text);
   if (reading != Reading::kWhole) return reading == Reading::kNoFile;
@@ -264,7 +264,10 @@ bool Before::move(const std::string& file) {
   Names names(file);
   if (may_exist(names.before)) return false;
   Descriptor old = open_beside(file);
-  if (!old.is_open()) return is_absence(errno) || errno == ELOOP;
+  if (!old.is_open()) {
+    if (is_absence(errno) || errno == ELOOP) return true;
+    return !is_shortage(errno) && quarantine_unread(std::move(names));
+  }
   if (!is_named_file(old)) return true;
   if (!lock_if_free(old) || ::rename(file.c_str(), names.before.c_str()) != 0) return false;
   return keep(std::move(names), std::move(old));
@@ -298,6 +301,13 @@ void Before::put_back() {
   locked_ = Descriptor();
 }
 
+bool Before::quarantine_unread(Names names) {
+  names.before = names.aside;
+  if (::rename(names.file.c_str(), names.before.c_str()) != 0) return false;
+  rl_log_err("%s failed: <%s> becomes <%s>.", "read_file", names.file.c_str(), names.aside.c_str());
+  return keep(std::move(names), Descriptor());
+}
+
 bool Before::keep(Names names, Descriptor locked) {
   kept_ = std::move(names);
   locked_ = std::move(locked);
@@ -320,8 +330,13 @@ bool restore(const std::string& file) {
   if (!may_exist(before)) return true;
   const auto step = hold();
   const Descriptor left = open_beside(before);
-  if (!left.is_open()) return is_absence(errno) || errno == ELOOP;
-  if (!lock_if_free(left) || !is_named_file(left)) return true;
+  if (left.is_open()) {
+    if (!lock_if_free(left) || !is_named_file(left)) return true;
+  } else if (is_absence(errno) || errno == ELOOP) {
+    return true;
+  } else if (is_shortage(errno)) {
+    return false;
+  }
   rl_log_warn("<%s> is put back: a change of it was cut short.", file.c_str());
   const std::string folder = folder_of(file);
   return ::rename(before.c_str(), file.c_str()) == 0 && sync_folder(folder);

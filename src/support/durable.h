@@ -88,11 +88,12 @@ class Before {
   struct Names {
     explicit Names(const std::string& changed);
     std::string file;
-    std::string before;
+    std::string before;  // what the old file is called meanwhile
     std::string aside;
     std::string folder;
   };
 
+  bool quarantine_unread(Names names);
   bool keep(Names names, Descriptor locked);
   Names forget();
   bool settle(bool settled);

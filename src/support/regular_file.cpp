@@ -23,6 +23,11 @@ bool is_no_file(int error) {
          error == ENXIO;
 }
 
+Reading failed_reading(int error) {
+  if (is_no_file(error)) return Reading::kNoFile;
+  return is_shortage(error) ? Reading::kShortage : Reading::kUnreadable;
+}
+
 /// Reads up to text.size() bytes, and cuts the text to what there was.
 bool read_all(const Descriptor& file, std::string& text) {
   std::size_t done = 0;
@@ -41,14 +46,18 @@ bool read_all(const Descriptor& file, std::string& text) {
 
 }  // namespace
 
+bool is_shortage(int error) {
+  return error == ENOMEM || error == EMFILE || error == ENFILE || error == EINTR;
+}
+
 Reading read_file(const std::string& file, std::string& text) {
   const Descriptor descriptor = open_for_reading(file);
-  if (!descriptor.is_open()) return is_no_file(errno) ? Reading::kNoFile : Reading::kUnreadable;
+  if (!descriptor.is_open()) return failed_reading(errno);
   struct stat status {};
-  if (::fstat(descriptor.number(), &status) != 0) return Reading::kUnreadable;
+  if (::fstat(descriptor.number(), &status) != 0) return failed_reading(errno);
   if (!S_ISREG(status.st_mode) || status.st_size > kLargestFile) return Reading::kNoFile;
   text.resize(static_cast<std::size_t>(status.st_size));
-  return read_all(descriptor, text) ? Reading::kWhole : Reading::kUnreadable;
+  return read_all(descriptor, text) ? Reading::kWhole : failed_reading(errno);
 }
 
 File open_to_read(const std::string& file) {

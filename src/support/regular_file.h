@@ -32,9 +32,12 @@ class Descriptor {
   int number_;
 };
 
-/// How reading a file ended. What is kUnreadable may be a good file: the disk failed, or memory,
-/// descriptors or rights were short.
-enum class Reading { kWhole, kNoFile, kUnreadable };
+/// How reading a file ended. What is kUnreadable fails for a lasting reason: the disk, or rights;
+/// for kShortage memory, descriptors or time were short, and the next attempt may succeed.
+enum class Reading { kWhole, kNoFile, kUnreadable, kShortage };
+
+/// True for an error of the system's that passes by itself.
+bool is_shortage(int error);
 
 /// Reads a regular file whole. kNoFile also for what is no regular file, and for one larger than
 /// any of a phone's.

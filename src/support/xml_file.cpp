@@ -83,8 +83,9 @@ bool XmlFile::exists() const { return rl_access(file_.c_str(), 0) == 0; }
 
 bool XmlFile::load() {
   std::string text;
-  const Reading reading = restored_ ? read_file(file_, text) : Reading::kUnreadable;
-  usable_ = reading != Reading::kUnreadable;
+  const Reading reading = restored_ ? read_file(file_, text) : Reading::kShortage;
+  usable_ = reading != Reading::kShortage;
+  unreadable_ = !usable_ || reading == Reading::kUnreadable;
   return reading == Reading::kWhole && parse(text.c_str());
 }
 

@@ -38,16 +38,16 @@ class XmlFile {
   /// load() for one of the host's blocks. A file that cannot be read is remembered: the block never
   /// held what it holds, so the next save keeps it as "<file>.corrupt" and does not write over it.
   bool load_into_block();
-  /// True when the last load() failed though the file may be a good one: the disk failed, or
-  /// memory, descriptors or rights were short.
-  bool is_unreadable() const { return !usable_; }
+  /// True when the last load() failed though the file may be a good one: the disk failed, rights
+  /// are missing, or memory or descriptors were short.
+  bool is_unreadable() const { return unreadable_; }
   /// Reads a text in place of the file; false when it is not well-formed or beyond the limits.
   bool parse(const char* text);
 
   /// Makes an empty document with an XML declaration in place of a file that did not load. The file
   /// is removed with "rm -f", and what it held is kept as "<file>.corrupt"; a save that fails puts
   /// it back. False, with "%s:load file <%s> failed." logged for the worker, when the file cannot
-  /// be read or kept: it stays then.
+  /// be kept, or not be read for want of memory or descriptors: it stays then.
   bool start_afresh(const char* worker);
   /// The same, removing the file through the host's shell.
   bool start_afresh(const char* worker, shell::HostWords words);
@@ -87,6 +87,7 @@ class XmlFile {
   bool own_ = false;  // a data file: whatever lies beside it is the library's
   bool restored_ = false;
   bool usable_ = false;  // false while nothing is known of what the file holds
+  bool unreadable_ = false;
   durable::Before aside_;
   tinyxml2::XMLDocument document_;
 };

@@ -48,9 +48,13 @@ class Record {
   }
   bool sees(int descriptor) const { return !folder_.empty() && open_.count(descriptor) != 0; }
 
-  /// Counts a call; true when it is the one to fail, with errno set.
-  bool fails(Kind kind) {
+  /// Counts a call; true when it is the one to fail, or on a file that always does, with errno set.
+  bool fails(Kind kind, int file = 0) {
     calls_.push_back(kind);
+    if (file != 0 && file == bad_file_ && kind == bad_kind_) {
+      errno = error_;
+      return true;
+    }
     if (calls_.size() != fail_at_ + 1) return false;
     failed_ = true;
     errno = error_;
@@ -112,6 +116,13 @@ class Record {
     error_ = error;
     short_write_ = short_write;
   }
+  void fail_always(Kind kind, const std::string& path, int error) {
+    bad_kind_ = kind;
+    bad_file_ = number_of(path);
+    error_ = error;
+  }
+  int file_at(const std::string& path) { return number_of(path); }
+  int file_of(int descriptor) { return open_[descriptor].file; }
   bool failed() const { return failed_; }
   std::vector<Event> take_events() { return std::exchange(events_, {}); }
   const std::vector<Kind>& calls() const { return calls_; }
@@ -137,6 +148,8 @@ class Record {
   int error_ = 0;
   bool short_write_ = false;
   bool failed_ = false;
+  Kind bad_kind_ = Kind::kOpen;
+  int bad_file_ = 0;  // none
 };
 
 Record& record() {
@@ -160,7 +173,7 @@ int open_by(const char* name, const char* path, int flags, mode_t mode) {
   const auto real = next<int(const char*, int, ...)>(name);
   if (!record().sees(path)) return real(path, flags, mode);
   const bool creates = (flags & O_CREAT) != 0 && !exists(path);
-  if (record().fails(creates ? Kind::kCreate : Kind::kOpen)) return -1;
+  if (record().fails(creates ? Kind::kCreate : Kind::kOpen, record().file_at(path))) return -1;
   const int descriptor = real(path, flags, mode);
   if (descriptor >= 0) record().opened(descriptor, path, creates, flags);
   return descriptor;
@@ -197,6 +210,9 @@ std::vector<Event> take_events() { return record().take_events(); }
 const std::vector<Kind>& calls() { return record().calls(); }
 void fail(std::size_t call, int error) { record().fail(call, error, false); }
 void cut_short(std::size_t call, int error) { record().fail(call, error, true); }
+void fail_always(Kind kind, const std::string& path, int error) {
+  record().fail_always(kind, path, error);
+}
 void before_temporary_file(std::function<void()> call) { interruption = std::move(call); }
 bool failed() { return record().failed(); }
 
@@ -237,7 +253,9 @@ int lstat64(const char* path, struct stat64* status) noexcept {
 
 ssize_t read(int descriptor, void* buffer, size_t size) {
   static const auto real = next<ssize_t(int, void*, size_t)>("read");
-  if (record().sees(descriptor) && record().fails(Kind::kRead)) return -1;
+  if (record().sees(descriptor) && record().fails(Kind::kRead, record().file_of(descriptor))) {
+    return -1;
+  }
   return real(descriptor, buffer, size);
 }
 ssize_t write(int descriptor, const void* data, size_t size) {

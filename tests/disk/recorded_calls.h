@@ -50,6 +50,8 @@ void fail(std::size_t call, int error);
 /// Lets the write of this number get half of its bytes through; the next call fails if there is an
 /// error.
 void cut_short(std::size_t call, int error);
+/// Makes every call of this kind on the file fail, also when it has got another name.
+void fail_always(Kind kind, const std::string& path, int error);
 /// True when the call to fail was reached.
 bool failed();
 

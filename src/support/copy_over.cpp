@@ -44,6 +44,7 @@ std::optional<Copied> copy_over(const char* source, const char* data_file, shell
     rl_log_err("%s failed: <%s> can not be kept.", __func__, data_file);
     return std::nullopt;
   }
+  before.let_commands_hold();
   const bool existed = before.keeps();
   const auto old = content_of(file);
   const int result = shell::copy_file(from.c_str(), to.c_str(), words);

@@ -8,9 +8,11 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <memory>
+#include <thread>
 #include <utility>
 
 namespace cfgxml::durable {
@@ -22,6 +24,9 @@ constexpr char kBefore[] = ".before-change";
 constexpr char kAside[] = ".corrupt";
 
 constexpr int kMostLinks = 40;  // in a chain, as the system has it
+/// How often, and after which pause, restore() looks whether another process has ended its change.
+constexpr int kLooks = 200;
+constexpr std::chrono::milliseconds kPause{10};
 
 std::recursive_mutex steps;
 
@@ -236,6 +241,8 @@ Before::Names::Names(const std::string& changed)
       aside(changed + kAside),
       folder(folder_of(changed)) {}
 
+Before* Before::first_ = nullptr;
+
 std::optional<Access> Before::access(mode_t widest) const {
   struct stat kept {};
   if (!kept_ || ::fstat(locked_.number(), &kept) != 0) return std::nullopt;
@@ -273,6 +280,8 @@ bool Before::move(const std::string& file) {
   return keep(std::move(names), std::move(old));
 }
 
+void Before::let_commands_hold() const { ::fcntl(locked_.number(), F_SETFD, 0); }
+
 bool Before::drop() {
   const auto step = hold();
   if (!kept_) return true;
@@ -301,6 +310,13 @@ void Before::put_back() {
   locked_ = Descriptor();
 }
 
+bool Before::is_under_way(const std::string& file) {
+  const auto step = hold();
+  const Before* change = first_;
+  while (change != nullptr && change->kept_->file != file) change = change->next_;
+  return change != nullptr;
+}
+
 bool Before::quarantine_unread(Names names) {
   names.before = names.aside;
   if (::rename(names.file.c_str(), names.before.c_str()) != 0) return false;
@@ -311,10 +327,14 @@ bool Before::quarantine_unread(Names names) {
 bool Before::keep(Names names, Descriptor locked) {
   kept_ = std::move(names);
   locked_ = std::move(locked);
+  next_ = std::exchange(first_, this);
   return settle(sync_folder(kept_->folder));
 }
 
 Before::Names Before::forget() {
+  Before** place = &first_;
+  while (*place != this) place = &(*place)->next_;
+  *place = next_;
   Names names = std::move(*kept_);
   kept_.reset();
   return names;
@@ -325,13 +345,16 @@ bool Before::settle(bool settled) {
   return settled;
 }
 
-bool restore(const std::string& file) {
-  const std::string before = file + kBefore;
-  if (!may_exist(before)) return true;
+namespace {
+
+/// One look at what a change left. Nothing while another process is at work on it.
+std::optional<bool> try_to_restore(const std::string& before, const std::string& file) {
   const auto step = hold();
+  if (Before::is_under_way(file)) return true;
   const Descriptor left = open_beside(before);
   if (left.is_open()) {
-    if (!lock_if_free(left) || !is_named_file(left)) return true;
+    if (!lock_if_free(left)) return std::nullopt;
+    if (!is_named_file(left)) return true;
   } else if (is_absence(errno) || errno == ELOOP) {
     return true;
   } else if (is_shortage(errno)) {
@@ -342,9 +365,17 @@ bool restore(const std::string& file) {
   return ::rename(before.c_str(), file.c_str()) == 0 && sync_folder(folder);
 }
 
-bool is_being_changed(const std::string& file) {
-  struct stat status {};
-  return ::lstat((file + kBefore).c_str(), &status) == 0;
+}  // namespace
+
+bool restore(const std::string& file) {
+  const std::string before = file + kBefore;
+  for (int looks = 0; looks < kLooks; ++looks) {
+    if (!may_exist(before)) return true;
+    if (const auto restored = try_to_restore(before, file)) return *restored;
+    std::this_thread::sleep_for(kPause);
+  }
+  rl_log_err("%s failed: another process is changing <%s>.", __func__, file.c_str());
+  return false;
 }
 
 std::unique_lock<std::recursive_mutex> hold() {

@@ -72,6 +72,13 @@ class Before {
   /// none that can be read.
   std::optional<Access> access(mode_t widest) const;
 
+  /// The commands that the process starts from now on hold the lock too: one that outlives the
+  /// process is still at work on the file.
+  void let_commands_hold() const;
+
+  /// True while a change of the file in several steps is on its way in this process.
+  static bool is_under_way(const std::string& file);
+
   /// The new file is on the disk: the old one is forgotten. False when that fails, which puts it
   /// back.
   bool drop();
@@ -98,16 +105,16 @@ class Before {
   Names forget();
   bool settle(bool settled);
 
+  static Before* first_;  // of those that keep something; guarded by hold(), as is next_
+  Before* next_ = nullptr;
   std::optional<Names> kept_;  // nothing when nothing is kept
   Descriptor locked_;          // what is kept
 };
 
-/// Puts back what an interrupted change left of the file. False when that is needed and fails: the
-/// file is not to be used then.
+/// Puts back what an interrupted change left of the file. While another process is at work on it,
+/// or a command that outlived one, this waits, for two seconds at most. False when the file is not
+/// to be used: it can't be put back, or the other has not ended.
 bool restore(const std::string& file);
-
-/// True while a change of the file in several steps is on its way.
-bool is_being_changed(const std::string& file);
 
 /// Keeps the steps of changes apart while one of several steps looks at the file first. Held for
 /// moments, but for the removal of a file that does not parse, which takes a shell; never around a

@@ -116,7 +116,7 @@ template <typename Remove>
 bool XmlFile::start_afresh_by(const char* worker, Remove remove) {
   const auto step = durable::hold();
   if (usable_ && load()) return true;
-  if (usable_ && !durable::is_being_changed(file_)) {
+  if (usable_ && !durable::Before::is_under_way(file_)) {
     usable_ = aside_.move(file_);
     if (usable_) remove(file_.c_str());
   }

@@ -8,9 +8,11 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <future>
 
@@ -82,10 +84,8 @@ TEST_F(LeftBehind, AnInterruptedChangeIsUndoneUnlessItIsStillOnItsWay) {
   const std::string before = std::string(kDialNow) + ".before-change";
   fs::rename(on_disk(kDialNow), on_disk(before));
   const int held = lock(before);
-  EXPECT_EQ(cfg_get_dialnow_list(), nullptr);
-  EXPECT_EQ(add_rule("2xx"), -1) << "there is no file for the moment";
-  EXPECT_EQ(cfg_upload_dialnow(uploaded("upload.xml").c_str()), -1);
-  ::close(held);
+  EXPECT_EQ(cfg_upload_dialnow(uploaded("upload.xml").c_str()), -1) << "it does not end";
+  std::future<int> ended = std::async(std::launch::async, ::close, held);
   write(kDialNow, "<Dial><DialN");
   EXPECT_EQ(add_rule("2xx"), 0);
   DIAL_NOW_DATA_T rule{};
@@ -93,6 +93,28 @@ TEST_F(LeftBehind, AnInterruptedChangeIsUndoneUnlessItIsStillOnItsWay) {
   EXPECT_STREQ(rule.Rule, "1xx");
   EXPECT_FALSE(exists(before));
   EXPECT_FALSE(exists(std::string(kDialNow) + ".corrupt"));
+}
+
+TEST_F(LeftBehind, ACommandThatOutlivesItsHostIsWaitedFor) {
+  int alive[2];  // closed by the last process of the other host
+  ASSERT_EQ(::pipe(alive), 0);
+  const pid_t other_host = ::fork();
+  if (other_host == 0) {
+    ::host::run_commands_with([](const std::string& command) {
+      const std::string late = "sleep 0.3; " + command;
+      if (::fork() == 0) ::execl("/bin/sh", "sh", "-c", late.c_str(), nullptr);
+      return ::raise(SIGKILL);
+    });
+    ::_exit(cfg_upload_dialnow(uploaded("upload.xml").c_str()));
+  }
+  ::close(alive[1]);
+  ASSERT_EQ(::waitpid(other_host, nullptr, 0), other_host);
+  EXPECT_EQ(add_rule("2xx"), 0);
+  EXPECT_EQ(::read(alive[0], &alive[1], 1), 0);
+  ::close(alive[0]);
+  EXPECT_NE(read(kDialNow).find("1xx"), std::string::npos);
+  EXPECT_NE(read(kDialNow).find("2xx"), std::string::npos);
+  EXPECT_FALSE(exists(std::string(kDialNow) + ".before-change"));
 }
 
 TEST_F(LeftBehind, ASaveFromTheLastDestructorsFindsItsFile) {

@@ -303,6 +303,22 @@ TEST_F(PhonebookFilesTest, MovesSaveEachListAsItIsSwitched) {
   }
 }
 
+TEST_F(PhonebookFilesTest, WhatIsNoRegularFileIsNeitherCopiedNorReplaced) {
+  write("/good.xml", "<B>" + group_xml("Work", "2", "") + "</B>");
+  const std::string good = on_disk("/good.xml");
+  const std::string pipe = on_disk("/pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  COMMUNITY_DATA_T data{};
+  EXPECT_EQ(save_community_xml(pipe.c_str(), &data), -1);
+  EXPECT_EQ(save_contact_xml(pipe.c_str(), &contacts()), -1);
+  EXPECT_EQ(copy_contact_xml("/dev/null"), -1);
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+  std::filesystem::rename(pipe, on_disk(kContacts));
+  EXPECT_EQ(copy_contact_xml(good.c_str()), -1);
+  EXPECT_TRUE(std::filesystem::is_fifo(on_disk(kContacts)));
+  EXPECT_TRUE(commands().empty());
+}
+
 TEST_F(PhonebookFilesTest, UploadsReplaceTheFileAndReload) {
   ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Old"))), 0);
   write("/new.xml", "<B>" + group_xml("Work", "2", entry_xml("Contact", 1, "New")) + "</B>");

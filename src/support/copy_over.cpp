@@ -68,6 +68,10 @@ std::optional<Copied> copy_over(const char* source, const char* data_file, shell
 bool can_copy_over(const char* source, const char* data_file) {
   const std::string from = paths::on_disk(source);
   const std::string to = paths::on_disk(data_file);
+  if (is_no_regular_file(from) || is_no_regular_file(to)) {
+    rl_log_err("%s failed: <%s> or <%s> is no regular file.", __func__, from.c_str(), to.c_str());
+    return false;
+  }
   return shell::can_copy(from.c_str(), to.c_str());
 }
 

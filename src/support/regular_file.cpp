@@ -50,6 +50,11 @@ bool is_shortage(int error) {
   return error == ENOMEM || error == EMFILE || error == ENFILE || error == EINTR;
 }
 
+bool is_no_regular_file(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 Reading read_file(const std::string& file, std::string& text) {
   const Descriptor descriptor = open_for_reading(file);
   if (!descriptor.is_open()) return failed_reading(errno);

@@ -39,6 +39,9 @@ enum class Reading { kWhole, kNoFile, kUnreadable, kShortage };
 /// True for an error of the system's that passes by itself.
 bool is_shortage(int error);
 
+/// True when the path leads to a folder, a device, a pipe or a socket.
+bool is_no_regular_file(const std::string& path);
+
 /// Reads a regular file whole. kNoFile also for what is no regular file, and for one larger than
 /// any of a phone's.
 Reading read_file(const std::string& file, std::string& text);

@@ -116,6 +116,7 @@ template <typename Remove>
 bool XmlFile::start_afresh_by(const char* worker, Remove remove) {
   const auto step = durable::hold();
   if (usable_ && load()) return true;
+  if (!own_ && is_no_regular_file(file_)) usable_ = false;  // it is not the library's to remove
   if (usable_ && !durable::Before::is_under_way(file_)) {
     usable_ = aside_.move(file_);
     if (usable_) remove(file_.c_str());

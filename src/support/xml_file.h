@@ -47,7 +47,8 @@ class XmlFile {
   /// Makes an empty document with an XML declaration in place of a file that did not load. The file
   /// is removed with "rm -f", and what it held is kept as "<file>.corrupt"; a save that fails puts
   /// it back. False, with "%s:load file <%s> failed." logged for the worker, when the file cannot
-  /// be kept, or not be read for want of memory or descriptors: it stays then.
+  /// be kept, or not be read for want of memory or descriptors, or when there is something else
+  /// than a file that is not the library's own: it stays then.
   bool start_afresh(const char* worker);
   /// The same, removing the file through the host's shell.
   bool start_afresh(const char* worker, shell::HostWords words);

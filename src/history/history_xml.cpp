@@ -45,7 +45,7 @@ int read_history_file(HISTORY_DATA_LIST* list, const char* worker) {
     return -1;
   }
   XmlFile file = history_file();
-  if (!file.load_into_block() && !file.start_afresh(worker)) return -1;
+  if (!file.load_into_block() && !file.recreate(worker)) return -1;
 
   HISTORY_DATA_T* slot = list->Records;
   for (const tinyxml2::XMLElement& element : Children(file.root_or_new(worker, kRoot), kCall)) {
@@ -61,7 +61,7 @@ int read_history_file(HISTORY_DATA_LIST* list, const char* worker) {
 int write_history_file(HISTORY_DATA_LIST* list, const char* worker) {
   rl_log_info("Enter %s", worker);
   XmlFile file = history_file();
-  if (!file.load() && !file.start_afresh(worker)) return -1;
+  if (!file.load() && !file.recreate(worker)) return -1;
 
   tinyxml2::XMLElement* root = file.root_or_new(worker, kRoot);
   root->DeleteChildren();

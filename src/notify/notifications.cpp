@@ -48,7 +48,7 @@ int cfg_save_notification_list(const NOTIFICATION_T* list) {
     return -1;
   }
   XmlFile file(paths::kNotifications);
-  if (!file.load() && !file.start_afresh(__func__, kRemovalWords)) return -1;
+  if (!file.load() && !file.recreate(__func__, kRemovalWords)) return -1;
   tinyxml2::XMLElement* root = file.root_or_new(__func__, "cwmp:notification");
   root->DeleteChildren();
 

@@ -75,7 +75,7 @@ int write_blacklist_file(BLACK_DATA_LIST_T* list, const char* worker) {
   XmlFile file(paths::kBlacklist);
   if (!file.load()) {
     rl_log_warn("%s:load file <%s> failed, create a new file!", worker, file.path());
-    if (!file.start_afresh(worker)) return -1;
+    if (!file.recreate(worker)) return -1;
   }
   tinyxml2::XMLElement* root = file.root_or_new(worker, kRootName);
   root->DeleteChildren();

@@ -17,12 +17,12 @@ namespace {
 
 constexpr char kRootName[] = "ContactData";
 
-/// Loads the file or starts it afresh, and returns its root without children; nullptr when it
+/// Loads the file or recreates it, and returns its root without children; nullptr when it
 /// cannot be read.
 tinyxml2::XMLElement* open_emptied(XmlFile& file, const char* worker) {
   if (!file.load()) {
     rl_log_warn("%s:load file <%s> failed, create a new file!", worker, file.path());
-    if (!file.start_afresh(worker)) return nullptr;
+    if (!file.recreate(worker)) return nullptr;
   }
   tinyxml2::XMLElement* root = file.root_or_new(worker, kRootName);
   root->DeleteChildren();

@@ -35,13 +35,13 @@ class LosingFile {
     if (gaining_saves_.saved() > begun_) {
       forget(worker);
     } else {
-      before_.put_back();
+      before_.roll_back();
     }
   }
 
   /// The record is back in this list, and written.
   void forget(const char* worker) {
-    if (before_.drop()) return;
+    if (before_.commit()) return;
     rl_log_err("%s failed: <%s> may have the record until it is saved next.", worker, path_);
   }
 

@@ -22,7 +22,7 @@ std::optional<std::string> content_of(const std::string& file) {
 /// The old file takes its place again; where there was none, there is none.
 void undo(durable::Before& before, bool existed, const std::string& file) {
   if (existed) {
-    before.put_back();
+    before.roll_back();
   } else {
     ::unlink(file.c_str());
   }
@@ -51,7 +51,7 @@ std::optional<Copied> copy_over(const char* source, const char* data_file, shell
   // What the numbers of a host's shell mean is the host's affair; the files tell.
   const auto now = content_of(file);
   if (now && now == content_of(from)) {
-    if (durable::sync(file) && (corrupt ? before.keep_aside() : before.drop())) {
+    if (durable::sync(file) && (corrupt ? before.quarantine() : before.commit())) {
       return Copied{result, true};
     }
     rl_log_err("%s failed: <%s> can not be synced.", __func__, data_file);
@@ -69,7 +69,7 @@ bool can_copy_over(const char* source, const char* data_file) {
   const std::string from = paths::on_disk(source);
   const std::string to = paths::on_disk(data_file);
   if (is_no_regular_file(from) || is_no_regular_file(to)) {
-    rl_log_err("%s failed: <%s> or <%s> is no regular file.", __func__, from.c_str(), to.c_str());
+    rl_log_err("%s failed: <%s> or <%s> is no regular file.", __func__, source, data_file);
     return false;
   }
   return shell::can_copy(from.c_str(), to.c_str());

@@ -21,7 +21,7 @@ namespace {
 constexpr std::string_view kTemporary = ".tmp";
 constexpr std::size_t kTemporaryDigits = 6;
 constexpr char kBefore[] = ".before-change";
-constexpr char kAside[] = ".corrupt";
+constexpr char kCorrupt[] = ".corrupt";
 
 constexpr int kMostLinks = 40;  // in a chain, as the system has it
 /// How often, and after which pause, restore() looks whether another process has ended its change.
@@ -238,7 +238,7 @@ void sweep(const std::string& file) {
 Before::Names::Names(const std::string& changed)
     : file(changed),
       before(changed + kBefore),
-      aside(changed + kAside),
+      corrupt(changed + kCorrupt),
       folder(folder_of(changed)) {}
 
 Before* Before::first_ = nullptr;
@@ -282,25 +282,25 @@ bool Before::move(const std::string& file) {
 
 void Before::let_commands_hold() const { ::fcntl(locked_.number(), F_SETFD, 0); }
 
-bool Before::drop() {
+bool Before::commit() {
   const auto step = hold();
   if (!kept_) return true;
   if (::unlink(kept_->before.c_str()) != 0) return settle(false);
   return sync_folder(forget().folder);
 }
 
-bool Before::keep_aside() {
+bool Before::quarantine() {
   const auto step = hold();
   if (!kept_) return true;
   // An empty file has nothing to keep, and would push out an older copy that has.
   struct stat old {};
   const bool empty = ::fstat(locked_.number(), &old) == 0 && old.st_size == 0;
   const bool settled = empty ? ::unlink(kept_->before.c_str()) == 0
-                             : ::rename(kept_->before.c_str(), kept_->aside.c_str()) == 0;
+                             : ::rename(kept_->before.c_str(), kept_->corrupt.c_str()) == 0;
   return settled ? sync_folder(forget().folder) : settle(false);
 }
 
-void Before::put_back() {
+void Before::roll_back() {
   if (!kept_) return;
   const auto step = hold();
   const Names names = forget();
@@ -318,9 +318,10 @@ bool Before::is_under_way(const std::string& file) {
 }
 
 bool Before::quarantine_unread(Names names) {
-  names.before = names.aside;
+  names.before = names.corrupt;
   if (::rename(names.file.c_str(), names.before.c_str()) != 0) return false;
-  rl_log_err("%s failed: <%s> becomes <%s>.", "read_file", names.file.c_str(), names.aside.c_str());
+  rl_log_err("%s failed: <%s> becomes <%s>.", "read_file", names.file.c_str(),
+             names.corrupt.c_str());
   return keep(std::move(names), Descriptor());
 }
 
@@ -341,7 +342,7 @@ Before::Names Before::forget() {
 }
 
 bool Before::settle(bool settled) {
-  if (!settled) put_back();
+  if (!settled) roll_back();
   return settled;
 }
 

@@ -2,8 +2,20 @@
 // before the change or what it holds after it, and a disk that is full or fails leaves the old
 // file.
 //
-// A file beside another one that somebody is at work on is locked (flock); one that is found
-// unlocked was left behind by a cut.
+// A save is one step for the reader: the text is written to "<file>.tmpXXXXXX", synced, renamed
+// over the file, and the folder is synced. A cut leaves at most a stale temporary file.
+//
+// A change in several steps (an upload, a move that writes two files, the replacement of a file
+// that does not parse) keeps the old file first:
+//   1. copy() or move() makes "<file>.before-change". A cut from here on rolls back: the next
+//      restore() renames it over the file, whatever that holds by then.
+//   2. The new file is written and synced.
+//   3. commit() removes the old file, or quarantine() renames it to "<file>.corrupt": now a cut
+//      leaves the new one. roll_back(), or the destructor, goes back to the old one instead.
+//
+// Temporary and kept files are locked (flock) by whoever works on them, and by the commands it
+// started. One whose lock is free is stale: its writer has died. The steps that look at a name and
+// then change it exclude each other by hold(); no host lock is taken inside it.
 #pragma once
 
 #include <sys/types.h>
@@ -49,12 +61,12 @@ bool sync(const std::string& file);
 void sweep(const std::string& file);
 
 /// What a file held, kept as "<file>.before-change" while the file is replaced in more than one
-/// step. After a cut in between, the next restore() puts it back.
+/// step. After a cut in between, the next restore() rolls back.
 class Before {
  public:
   Before() = default;
-  /// Puts back what was neither dropped nor kept.
-  ~Before() { put_back(); }
+  /// Rolls back what was neither committed nor put into quarantine.
+  ~Before() { roll_back(); }
   Before(const Before&) = delete;
   Before& operator=(const Before&) = delete;
 
@@ -63,7 +75,8 @@ class Before {
   bool copy(const std::string& file);
 
   /// Keeps the file itself, which is gone then; true also when there was none, and when it is kept
-  /// already. False as for copy().
+  /// already. False as for copy(). A file that can't even be opened, for a lasting reason, can't be
+  /// locked: it becomes "<file>.corrupt" at once, which takes no reading.
   bool move(const std::string& file);
 
   bool keeps() const { return kept_.has_value(); }
@@ -79,16 +92,15 @@ class Before {
   /// True while a change of the file in several steps is on its way in this process.
   static bool is_under_way(const std::string& file);
 
-  /// The new file is on the disk: the old one is forgotten. False when that fails, which puts it
-  /// back.
-  bool drop();
+  /// The new file is on the disk: the old one is removed. False when that fails, which rolls back.
+  bool commit();
 
   /// The new file, if there is one, is on the disk already: the old one becomes "<file>.corrupt"
-  /// unless it is empty. On failure it is put back.
-  bool keep_aside();
+  /// unless it is empty. False when that fails, which rolls back.
+  bool quarantine();
 
   /// The old file takes its place again.
-  void put_back();
+  void roll_back();
 
  private:
   /// The names that the steps need, made before the first one: on the way back no memory is taken.
@@ -96,7 +108,7 @@ class Before {
     explicit Names(const std::string& changed);
     std::string file;
     std::string before;  // what the old file is called meanwhile
-    std::string aside;
+    std::string corrupt;
     std::string folder;
   };
 
@@ -111,9 +123,9 @@ class Before {
   Descriptor locked_;          // what is kept
 };
 
-/// Puts back what an interrupted change left of the file. While another process is at work on it,
-/// or a command that outlived one, this waits, for two seconds at most. False when the file is not
-/// to be used: it can't be put back, or the other has not ended.
+/// Rolls back what a cut left of a change. While another process is at work on it, or a command
+/// that outlived one, this waits, for two seconds at most. False when the file is not to be used:
+/// the roll-back failed, or the other has not ended.
 bool restore(const std::string& file);
 
 /// Keeps the steps of changes apart while one of several steps looks at the file first. Held for

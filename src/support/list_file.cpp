@@ -18,7 +18,7 @@ tinyxml2::XMLElement* ListFile::open(const char* worker) {
   if (!file_.exists()) return nullptr;
   if (!file_.load()) {
     rl_log_debug("%s:load file <%s> failed, create a new file!", worker, file_.path());
-    if (!file_.start_afresh(worker)) return nullptr;
+    if (!file_.recreate(worker)) return nullptr;
   }
   tinyxml2::XMLElement* root = file_.root_or_new(worker, place_.root);
   return file_.child_or_new(root, worker, place_.list, place_.list_title);

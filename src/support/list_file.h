@@ -30,7 +30,7 @@ class ListFile {
   tinyxml2::XMLElement* read();
 
   /// Opens the file for a change, and gives its list. A file that does not load, a root and a list
-  /// that are missing are started afresh, which is logged for the worker; nullptr when there is no
+  /// that are missing are recreated, which is logged for the worker; nullptr when there is no
   /// file, or one that cannot be read.
   tinyxml2::XMLElement* open(const char* worker);
 

@@ -21,7 +21,7 @@ namespace {
 
 /// The files that a block of the host's should hold but does not, because they could not be read.
 /// Noting one takes no memory, which may be what was missing. Of two files whose hashes are the
-/// same both count; that costs a copy kept aside. There are three blocks.
+/// same both count; that costs a copy in quarantine. There are three blocks.
 class Unread {
  public:
   void note(const std::string& file, bool unread) {
@@ -66,9 +66,9 @@ XmlFile::XmlFile(const char* path, Privacy privacy)
   open(path);
 }
 
-/// A file that was to be started afresh takes its place again when memory ran out on the way.
+/// Recreating a file is rolled back when memory ran out on the way.
 XmlFile::~XmlFile() {
-  if (std::uncaught_exceptions() == 0) aside_.keep_aside();
+  if (std::uncaught_exceptions() == 0) old_.quarantine();
 }
 
 void XmlFile::open(const char* path) {
@@ -111,14 +111,14 @@ bool XmlFile::parse(const char* text) {
 }
 
 /// A file that another thread was replacing when load() failed may be complete by now. One that is
-/// still being replaced is left to that thread: this document is saved behind it.
+/// still being replaced is left to that thread: this document is saved after it.
 template <typename Remove>
-bool XmlFile::start_afresh_by(const char* worker, Remove remove) {
+bool XmlFile::recreate_by(const char* worker, Remove remove) {
   const auto step = durable::hold();
   if (usable_ && load()) return true;
   if (!own_ && is_no_regular_file(file_)) usable_ = false;  // it is not the library's to remove
   if (usable_ && !durable::Before::is_under_way(file_)) {
-    usable_ = aside_.move(file_);
+    usable_ = old_.move(file_);
     if (usable_) remove(file_.c_str());
   }
   if (!usable_) {
@@ -130,12 +130,12 @@ bool XmlFile::start_afresh_by(const char* worker, Remove remove) {
   return true;
 }
 
-bool XmlFile::start_afresh(const char* worker) {
-  return start_afresh_by(worker, [](const char* file) { shell::remove_file(file); });
+bool XmlFile::recreate(const char* worker) {
+  return recreate_by(worker, [](const char* file) { shell::remove_file(file); });
 }
 
-bool XmlFile::start_afresh(const char* worker, shell::HostWords words) {
-  return start_afresh_by(worker, [words](const char* file) { shell::remove_file(file, words); });
+bool XmlFile::recreate(const char* worker, shell::HostWords words) {
+  return recreate_by(worker, [words](const char* file) { shell::remove_file(file, words); });
 }
 
 tinyxml2::XMLElement* XmlFile::root_or_new(const char* worker, const char* name) {
@@ -165,14 +165,14 @@ bool XmlFile::replace_file() {
   document_.Print(&text);
 
   if (own_) durable::sweep(file_);
-  if (unread_files.has(file_) && !aside_.move(file_)) return false;
+  if (unread_files.has(file_) && !old_.move(file_)) return false;
   const std::string_view content(text.CStr(), static_cast<std::size_t>(text.CStrSize()) - 1);
   const mode_t mode = privacy_ == Privacy::kPrivate ? 0600 : 0666;
-  if (!durable::replace(file_, content, mode, aside_.access(mode))) {
-    aside_.put_back();
+  if (!durable::replace(file_, content, mode, old_.access(mode))) {
+    old_.roll_back();
     return false;
   }
-  if (!aside_.keep_aside()) return false;
+  if (!old_.quarantine()) return false;
   unread_files.note(file_, false);
   return true;
 }

@@ -23,7 +23,7 @@ class XmlFile {
   /// is replaced keeps its owner, group and mode, and a link at its path stays.
   enum class Privacy { kShared, kPrivate };
 
-  /// Opening a data file of the library's first puts back what an interrupted change left of it.
+  /// Opening a data file of the library's first rolls back what a cut left of a change.
   explicit XmlFile(const char* path, Privacy privacy = Privacy::kShared);
   ~XmlFile();
   XmlFile(const XmlFile&) = delete;
@@ -45,13 +45,13 @@ class XmlFile {
   bool parse(const char* text);
 
   /// Makes an empty document with an XML declaration in place of a file that did not load. The file
-  /// is removed with "rm -f", and what it held is kept as "<file>.corrupt"; a save that fails puts
-  /// it back. False, with "%s:load file <%s> failed." logged for the worker, when the file cannot
-  /// be kept, or not be read for want of memory or descriptors, or when there is something else
-  /// than a file that is not the library's own: it stays then.
-  bool start_afresh(const char* worker);
+  /// is removed with "rm -f", and what it held is kept as "<file>.corrupt"; a save that fails
+  /// rolls back. False, with "%s:load file <%s> failed." logged for the worker, when the file
+  /// cannot be kept, or not be read for want of memory or descriptors, or when there is something
+  /// else than a file that is not the library's own: it stays then.
+  bool recreate(const char* worker);
   /// The same, removing the file through the host's shell.
-  bool start_afresh(const char* worker, shell::HostWords words);
+  bool recreate(const char* worker, shell::HostWords words);
 
   /// The document's first element, or nullptr.
   tinyxml2::XMLElement* root() { return document_.RootElement(); }
@@ -70,8 +70,8 @@ class XmlFile {
   /// Replaces the file with the document, indented, by durable::replace: the file is the old one or
   /// the new one at any moment. On failure the old file stays, "%s doc.SaveFile failed." is logged
   /// for the worker, and the result is -1; else 0, and the new file is on the disk. -1 is also the
-  /// result when all that failed is the sync of the folder behind the new file: a caller that saves
-  /// again gets the certainty that it was refused.
+  /// result when all that failed is the sync of the folder after the rename; another save settles
+  /// that.
   int save(const char* worker);
 
   const char* path() const { return path_.c_str(); }
@@ -79,7 +79,7 @@ class XmlFile {
  private:
   void open(const char* path);
   template <typename Remove>
-  bool start_afresh_by(const char* worker, Remove remove);
+  bool recreate_by(const char* worker, Remove remove);
   bool replace_file();
 
   std::string path_;
@@ -89,7 +89,7 @@ class XmlFile {
   bool restored_ = false;
   bool usable_ = false;  // false while nothing is known of what the file holds
   bool unreadable_ = false;
-  durable::Before aside_;
+  durable::Before old_;
   tinyxml2::XMLDocument document_;
 };
 

@@ -691,12 +691,12 @@ TEST_F(XmlBrowser, AnAmpersandThatBeginsNoReferenceStaysOne) {
                "&amp; & &#65; &");
   EXPECT_STREQ(text_screen("", "<Text>&#;&#x;&#x41 &#65</Text>").Text, "&#;&#x;&#x41 &#65");
 
-  const char* const kPieces[] = {"&", "&amp;", "&quot;", "&#65;", "&#x41;", "&#",
+  const char* const kPieces[] = {"&", "&amp;", "&quot;", "&#65;", "&#x4a;", "&#x4A;", "&#",
                                  "x", "65;",   "lt;",    ";",     "b",      "\r\n"};
   std::mt19937 random(1);
-  for (int round = 0; round < 300; ++round) {
+  for (int round = 0; round < 100; ++round) {
     std::string text = "t";
-    for (int i = 0; i < 12; ++i) text += kPieces[random() % std::size(kPieces)];
+    for (int i = 0; i < 18; ++i) text += kPieces[random() % std::size(kPieces)];
     const std::string before = random() % 2 == 0 ? "<!--&#-->" : "";
     const std::string after = random() % 2 == 0 ? "<![CDATA[&]]>" : "<!a &>";
     const XML_TEXT_SCREEN_T& screen = text_screen("Next='" + text + "' Selection=\"" + text + "\"",

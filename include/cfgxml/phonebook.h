@@ -6,6 +6,9 @@
  * Display names are unique over contacts and blacklist together, group names over the groups.
  * Character fields hold NUL-terminated text; their capacity includes the terminator.
  *
+ * Two records of a file with one Id are both kept: they are listed, found from the keypad and saved
+ * as two, and the functions that take an Id mean the first of them.
+ *
  * Results: 0 success; -1 bad arguments or a NULL host list; 4 no record with that id; 7 the name is
  * already used; 14 empty group name; 16 all 6 groups used; 17 all 500 contacts used; 18 all 100
  * blacklist entries used; 19 a file held names already used, which were skipped.
@@ -123,8 +126,10 @@ int cfg_get_contact_data(int id, CONTACT_DATA_T *contact_data);
  * added (-1). */
 int cfg_add_contact_data(CONTACT_DATA_T *contact_data);
 
-/* Replaces the contact that has the record's Id. 0, 4, 7 or -1. A contact that there is no memory
- * to index stays as it was (-1). */
+/* Replaces the contact that has the record's Id by the whole record: get it with
+ * cfg_get_contact_data and change what is to change. Its position is stored too while name and
+ * numbers stay, else computed afresh. 0, 4, 7 or -1. A contact that there is no memory to index
+ * stays as it was (-1). */
 int cfg_mod_contact_data(CONTACT_DATA_T *contact_data);
 
 /* Deletes a contact; 0 also when there is none with this id, -1 for an id below 1. */
@@ -150,8 +155,8 @@ int cfg_get_group_data(GROUP_DATA_T *group_data);
 int cfg_add_group_data(GROUP_DATA_T *group_data);
 
 /* Replaces the group that has the record's Id. Contacts of a renamed group fall to "Default" at the
- * next write of the contact file. "Default" itself keeps its name while all slots are used: a load
- * needs one for it. 0, 4, 7, 16 or -1. */
+ * next write of the contact file. "Default" itself keeps its name while all six groups are used
+ * (16). 0, 4, 7, 16 or -1. */
 int cfg_mod_group_data(GROUP_DATA_T *group_data);
 
 /* Deletes a group other than "Default"; its contacts move to "Default". 0 or -1. */
@@ -218,8 +223,11 @@ int is_valid_contact_file_xml(const char *path);
  * complete leaves the old file. */
 int copy_contact_xml(const char *path);
 
-/* Import a file. The contacts come through the host's adapter; a blacklist file is checked, copied
- * over Blacklist.xml and read. The reader's result, or -1 for a file that is not acceptable. */
+/* Import a file, which replaces the list. The contacts come through the host's adapter; a blacklist
+ * file is checked, copied over Blacklist.xml and read. The reader's result, or -1 for a file that
+ * is not acceptable. The list is read from its file afterwards, so the host writes what is
+ * outstanding of it first. An import of contacts leaves the search index as it was, with records in
+ * it that are others by then: call CfgTrieReloadLocalBookInfo afterwards. */
 int cfg_upload_contact(const char *path);
 int cfg_upload_blacklist(const char *path);
 

@@ -4,6 +4,8 @@
  * remember the codes of cfg_add_save_msg), contact files to import are XML, and the host's own two
  * lookups find nothing. */
 #define _GNU_SOURCE
+#define _FILE_OFFSET_BITS 64 /* files dated after 2038, large inodes: on 32 bits too */
+#define _TIME_BITS 64
 #include "services.h"
 
 #include <cfgxml/host.h>

@@ -18,14 +18,21 @@ fs::path copy_of(const fs::path& file) {
   return copy;
 }
 
+/// Where a link at the path leads, else the path.
+fs::path target_of(const fs::path& file) {
+  std::error_code error;
+  const fs::path target = fs::weakly_canonical(file, error);
+  return error ? file : target;
+}
+
 }  // namespace
 
-FileBackup::FileBackup(const fs::path& file) : file_(file) {
-  const std::optional<std::string> content = files::read(file);
+FileBackup::FileBackup(const fs::path& file) : file_(target_of(file)) {
+  const std::optional<std::string> content = files::read(file_);
   existed_ = content.has_value();
   std::error_code error;
-  safe_ = existed_ ? files::replace(copy_of(file), *content) : !fs::exists(file, error) && !error;
-  if (existed_ && !safe_) fs::remove(copy_of(file), error);  // or it would be taken for a good one
+  safe_ = existed_ ? files::replace(copy_of(file_), *content) : !fs::exists(file_, error) && !error;
+  if (existed_ && !safe_) fs::remove(copy_of(file_), error);  // or it would be taken for a good one
 }
 
 FileBackup::~FileBackup() {
@@ -41,7 +48,8 @@ FileBackup::~FileBackup() {
   }
 }
 
-void FileBackup::recover(const fs::path& file) {
+void FileBackup::recover(const fs::path& linked) {
+  const fs::path file = target_of(linked);
   std::error_code error;
   if (!fs::exists(copy_of(file), error)) return;
   fs::rename(copy_of(file), file, error);

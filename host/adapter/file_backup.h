@@ -20,7 +20,7 @@ class FileBackup {
   void keep_change() { keep_change_ = true; }
 
   /// Puts the copy back if there is one.
-  static void recover(const std::filesystem::path& file);
+  static void recover(const std::filesystem::path& linked);
 
  private:
   std::filesystem::path file_;

@@ -78,6 +78,8 @@ json parse(const std::string& text) {
     const std::string_view what = error.what();  // "[...] parse error at line 3, column 7: WHAT"
     const std::size_t offset = error.byte > 0 ? error.byte - 1 : 0;
     throw SettingsError(place(text, offset, std::string(what.substr(what.find(": ") + 2))));
+  } catch (const json::exception&) {
+    throw SettingsError(place(text, value_at, "a number is out of its range"));
   }
 }
 

@@ -17,9 +17,11 @@
  *
  * Data files: their folders are the host's to make. A file that is not well-formed, or that can't
  * be read for a lasting reason (EIO, EACCES, EPERM), becomes "<file>.corrupt" at the next save,
- * which writes a new one; for want of memory or descriptors it stays and the save fails. A symbolic
- * link stays, and what it leads to is replaced. Owner, group and mode are kept as far as the
- * process may; a new file gets 0666 less the umask, the history and the messages 0600. */
+ * which writes a new one; for want of memory or descriptors it stays and the call fails. (A block
+ * that could not be filled for that reason is best loaded again: a save of it quarantines the file,
+ * too.) A symbolic link stays, and what it leads to is replaced. Owner, group and mode are kept as
+ * far as the process may; a new file gets 0666 less the umask, the history and the messages 0600.
+ */
 #ifndef CFGXML_BINDING_H
 #define CFGXML_BINDING_H
 

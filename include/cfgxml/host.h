@@ -53,8 +53,9 @@ int rl_sem_unlock(int id);
  * that is missing or empty. */
 int rl_access(const char *path, int mode);
 int rl_file_size(const char *path);
-/* Directory listing: rl_readdir gives an entry, NULL at the end. It is laid out as struct dirent is,
- * on 32 bits as that of a program built without _FILE_OFFSET_BITS=64. The library reads d_name. */
+/* Directory listing: rl_readdir gives an entry, NULL at the end. It is laid out as struct dirent
+ * is, on 32 bits as that of a program built without _FILE_OFFSET_BITS=64. The library reads d_name.
+ */
 typedef struct CFGXML_DIRECTORY_ENTRY_T {
   unsigned long d_ino;
   long d_off;

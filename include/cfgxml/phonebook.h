@@ -151,7 +151,8 @@ int cfg_destory_group_summary(GROUP_SUMMARY_T *group_header);
 /* Fills the record from the group with its Id, or with its Name when the Id is below 1. 0 or -1. */
 int cfg_get_group_data(GROUP_DATA_T *group_data);
 
-/* Adds a group and sets its Id. 0, 7, 14, 16 or -1. */
+/* Adds a group and sets its Id. A load keeps a place for "Default": where no group has that name,
+ * the sixth group of the file and its contacts are left out then. 0, 7, 14, 16 or -1. */
 int cfg_add_group_data(GROUP_DATA_T *group_data);
 
 /* Replaces the group that has the record's Id. Contacts of a renamed group fall to "Default" at the

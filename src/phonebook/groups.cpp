@@ -95,7 +95,7 @@ int _cfg_mod_group_data(GROUP_DATA_T* group_data) {
   if (slot == nullptr) return 4;
   if (equal(slot->Name, kDefaultGroup) &&
       slots.full()) {  // a load would need a seventh slot for it
-    rl_log_err("%s failed, there are already %d groups exist.", __func__, CFGXML_GROUP_CAPACITY);
+    rl_log_err("%s failed: there are already %d groups exist.", __func__, CFGXML_GROUP_CAPACITY);
     return 16;
   }
   *slot = *group_data;

@@ -33,8 +33,7 @@ void undo(durable::Before& before, bool existed, const std::string& file) {
 std::optional<Copied> copy_over(const char* source, const char* data_file, shell::HostWords words) {
   if (!can_copy_over(source, data_file)) return std::nullopt;
   const std::string from = paths::on_disk(source);
-  const std::string to = paths::on_disk(data_file);
-  const std::string file = durable::target_of(to);
+  const std::string file = durable::target_of(paths::on_disk(data_file));
   std::string text;
   const Reading reading = durable::restore(file) ? read_file(file, text) : Reading::kShortage;
   // What can't be read can't be copied, and stays as "<file>.corrupt".
@@ -47,8 +46,8 @@ std::optional<Copied> copy_over(const char* source, const char* data_file, shell
   before.let_commands_hold();
   const bool existed = before.keeps();
   const auto old = content_of(file);
-  const int result = shell::copy_file(from.c_str(), to.c_str(), words);
-  // What the numbers of a host's shell mean is the host's affair; the files tell.
+  const int result = shell::copy_file(from.c_str(), file.c_str(), words);
+  // What the numbers of a host's shell mean is undefined; the files tell.
   const auto now = content_of(file);
   if (now && now == content_of(from)) {
     if (durable::sync(file) && (corrupt ? before.quarantine() : before.commit())) {
@@ -67,7 +66,7 @@ std::optional<Copied> copy_over(const char* source, const char* data_file, shell
 
 bool can_copy_over(const char* source, const char* data_file) {
   const std::string from = paths::on_disk(source);
-  const std::string to = paths::on_disk(data_file);
+  const std::string to = durable::target_of(paths::on_disk(data_file));
   if (is_no_regular_file(from) || is_no_regular_file(to)) {
     rl_log_err("%s failed: <%s> or <%s> is no regular file.", __func__, source, data_file);
     return false;

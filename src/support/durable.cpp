@@ -50,7 +50,7 @@ bool sync_folder(const std::string& name) {
   return folder.is_open() && (::fsync(folder.number()) == 0 || errno == EINVAL);
 }
 
-/// False when somebody is at work on the file. Where files cannot be locked, nobody is.
+/// False when the file is locked, so its writer lives. Where files cannot be locked, none is.
 bool lock_if_free(const Descriptor& file) {
   return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
@@ -133,14 +133,17 @@ class NewFile {
     return ::fstat(file_.number(), &status) != 0 || status.st_nlink > 0;
   }
 
-  /// Owner and group as far as the process may give them away. A file system without modes, a
-  /// memory stick's, refuses (EPERM); the file is no wider for it.
+  /// Owner and group as far as the process may give them away; where the group changes, it gets no
+  /// rights. A file system without modes, a memory stick's, refuses (EPERM); the file is no wider
+  /// for it.
   bool resemble(const Access& old) const {
+    mode_t mode = old.mode;
     if (::fchown(file_.number(), old.owner, old.group) != 0 &&
         ::fchown(file_.number(), static_cast<uid_t>(-1), old.group) != 0) {
       rl_log_debug("<%s> changes its owner.", name_.c_str());
+      mode &= ~static_cast<mode_t>(S_IRWXG);
     }
-    return ::fchmod(file_.number(), old.mode) == 0 || errno == EPERM;
+    return ::fchmod(file_.number(), mode) == 0 || errno == EPERM;
   }
 
   std::optional<Access> old_;
@@ -210,8 +213,10 @@ bool replace_or_write_in_place(const std::string& file, std::string_view text, m
     return write_in_place(file, text);
   }
   const int error = try_to_replace(file, text, mode, std::nullopt);
-  const bool takes_no_new_file = error == EACCES || error == EPERM || error == ENAMETOOLONG;
-  return error == 0 || (takes_no_new_file && write_in_place(file, text));
+  for (const int refused : {EACCES, EPERM, EBUSY, EROFS, ENAMETOOLONG}) {
+    if (error == refused) return write_in_place(file, text);
+  }
+  return error == 0;
 }
 
 bool sync(const std::string& file) {
@@ -348,7 +353,7 @@ bool Before::settle(bool settled) {
 
 namespace {
 
-/// One look at what a change left. Nothing while another process is at work on it.
+/// One look at what a change left. Nothing while another process holds its lock.
 std::optional<bool> try_to_restore(const std::string& before, const std::string& file) {
   const auto step = hold();
   if (Before::is_under_way(file)) return true;

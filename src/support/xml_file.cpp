@@ -116,7 +116,9 @@ template <typename Remove>
 bool XmlFile::recreate_by(const char* worker, Remove remove) {
   const auto step = durable::hold();
   if (usable_ && load()) return true;
-  if (!own_ && is_no_regular_file(file_)) usable_ = false;  // it is not the library's to remove
+  const bool is_target = file_ != paths::on_disk(path_.c_str());
+  // What a link or a caller's path leads to is not the library's to remove.
+  if ((!own_ || is_target) && is_no_regular_file(file_)) usable_ = false;
   if (usable_ && !durable::Before::is_under_way(file_)) {
     usable_ = old_.move(file_);
     if (usable_) remove(file_.c_str());

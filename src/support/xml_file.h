@@ -47,8 +47,8 @@ class XmlFile {
   /// Makes an empty document with an XML declaration in place of a file that did not load. The file
   /// is removed with "rm -f", and what it held is kept as "<file>.corrupt"; a save that fails
   /// rolls back. False, with "%s:load file <%s> failed." logged for the worker, when the file
-  /// cannot be kept, or not be read for want of memory or descriptors, or when there is something
-  /// else than a file that is not the library's own: it stays then.
+  /// cannot be kept, or not be read for want of memory or descriptors, or when something else
+  /// than a file stands at a caller's path or behind a link: it stays then.
   bool recreate(const char* worker);
   /// The same, removing the file through the host's shell.
   bool recreate(const char* worker, shell::HostWords words);

@@ -176,6 +176,12 @@ TEST_F(LeftBehind, ALinkInPlaceOfAFileLeadsToTheOneThatIsReplaced) {
   EXPECT_EQ(history_delay_save(), 0);
   EXPECT_NE(read("/calls"), "") << "where there was no file yet";
   EXPECT_TRUE(fs::is_symlink(on_disk(kHistory)));
+
+  fs::remove(on_disk("/calls"));
+  ASSERT_EQ(::mkfifo(on_disk("/calls").c_str(), 0600), 0);
+  EXPECT_EQ(history_init(&history()), -1);
+  EXPECT_EQ(history_delay_save(), -1);
+  EXPECT_TRUE(fs::is_fifo(on_disk("/calls"))) << "not the library's to remove";
 }
 
 TEST_F(LeftBehind, FilesKeepTheirOwnerAndModeAndPrivateOnesStartPrivate) {

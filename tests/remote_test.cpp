@@ -2,10 +2,8 @@
 #include <cfgxml/remote.h>
 #include <cfgxml/search.h>
 
-#include <string>
-#include <vector>
-
 #include "support/phone.h"
+#include "support/records.h"
 
 namespace {
 
@@ -13,118 +11,121 @@ const std::string kBook = "/tmp/remote_contact.xml";
 
 class RemoteTest : public phone_test::Phone {
  protected:
-  void TearDown() override {
-    for (int book = 0; book < CFGXML_REMOTE_BOOK_COUNT; ++book) {
-      CfgTrieRemoveRemoteBookInfo(book);
-      cfg_destory_remote_conatct_list((kBook + std::to_string(book)).c_str());
-    }
-    Phone::TearDown();
-  }
-
   CONTACT_SUMMARY_T* load(int book, const std::string& xml) {
     const std::string path = kBook + std::to_string(book);
     write(path, xml);
     return cfg_get_remote_contact_summary(path.c_str());
   }
 
-  static std::string text(const CONTACT_SUMMARY_T* head) {
-    std::string result;
-    for (; head != nullptr; head = head->next) {
-      result += std::to_string(head->Id) + ":" + head->DisplayName + ":" + head->OfficeNumber +
-                ":" + head->MobileNumber + ":" + head->OtherNumber + ";";
+  static std::string text(const CONTACT_SUMMARY_T* record) {
+    std::string text;
+    for (; record != nullptr; record = record->next) {
+      text += std::to_string(record->Id) + "@" + std::to_string(record->Line) + ":" +
+              record->DisplayName + ":" + record->OfficeNumber + ":" + record->MobileNumber + ":" +
+              record->OtherNumber + ";";
     }
-    return result;
+    return text;
   }
 };
 
 TEST_F(RemoteTest, OnlyTheLastCharacterNumbersTheBook) {
-  EXPECT_EQ(cfg_get_remote_book_id((kBook + "4").c_str()), 4);
-  EXPECT_EQ(cfg_get_remote_book_id((kBook + "5").c_str()), -1);
-  EXPECT_EQ(cfg_get_remote_book_id((kBook + "10").c_str()), -1);
-  EXPECT_EQ(cfg_get_remote_book_id((kBook + "x").c_str()), 0);
-  EXPECT_EQ(cfg_get_remote_book_id(kBook.c_str()), -1);
-  EXPECT_EQ(cfg_get_remote_book_id("/TMP/remote_contact.xml0"), -1);
+  const std::pair<std::string, int> cases[] = {
+      {kBook + "0", 0}, {kBook + "4", 4}, {kBook + "5", -1}, {kBook + "10", -1},
+      {kBook + "x", 0}, {kBook, -1},      {"", -1},          {"/TMP/remote_contact.xml0", -1}};
+  for (const auto& [path, book] : cases) {
+    EXPECT_EQ(cfg_get_remote_book_id(path.c_str()), book) << path;
+  }
   EXPECT_EQ(cfg_get_remote_book_id(nullptr), -1);
 }
 
-TEST_F(RemoteTest, FlatAndGroupedLayoutsAreRead) {
-  EXPECT_EQ(text(load(0,
-                      "<Any><Contact Id='7' Line='3' Name='Zed' Office='1'/>"
-                      "<Contact Id='8' DisplayName='alice' OfficeNumber='2' Mobile='' "
-                      "MobileNumber='3' Other='4'/><Contact Id='9' Office='5'/>"
-                      "<Group><Contact Name='below a later group'/></Group></Any>")),
-            "7:Zed:1::;8:alice:2:3:4;");
-  EXPECT_EQ(text(load(1,
-                      "<Any><Group><Contact Name='b'/><Sub><Contact Name='deeper'/></Sub></Group>"
-                      "<Other><Contact Name='a'/></Other></Any>")),
-            "0:a:::;0:b:::;");
-}
-
-TEST_F(RemoteTest, DirectoryEntriesNumberThemselvesAndChangeTheRuleForContacts) {
+TEST_F(RemoteTest, FlatAndGroupedLayoutsAndDirectoryEntriesAreRead) {
   const std::string five =
       "<Telephone/><Telephone>1</Telephone><Telephone>2</Telephone><Telephone>3</Telephone>"
       "<Telephone>4</Telephone>";
-  EXPECT_EQ(text(load(0,
-                      "<D><Contact Id='9' Name='first'/>"
-                      "<DirectoryEntry><Telephone>1</Telephone><Name>late</Name></DirectoryEntry>"
-                      "<DirectoryEntry><Name>second</Name>" +
-                          five +
-                          "</DirectoryEntry>"
-                          "<Contact Name='attributes no longer count'/>"
-                          "<Contact><Name>third</Name><Telephone>5</Telephone></Contact></D>")),
-            "9:first:::;2:second:1:2:3;3:third:5::;");
+  const std::pair<std::string, std::string> cases[] = {
+      {"<Contact Id='7' Line='3' Name='Zed' Office='1'/><Contact Id='8' DisplayName='alice'"
+       " OfficeNumber='2' Mobile='' MobileNumber='3' Other='4'/><Contact Id='9' Office='5'/>"
+       "<Group><Contact Name='below a later group'/></Group>",
+       "7@3:Zed:1::;8@0:alice:2:3:4;"},
+      {"<Group><Contact Name='b'/><Sub><Contact Name='deeper'/></Sub></Group>"
+       "<Other><Contact Name='a' OtherNumber='1'/></Other>",
+       "0@0:a:::1;0@0:b:::;"},
+      {"<Contact Id='9' Name='first'/>"
+       "<DirectoryEntry><Telephone>1</Telephone><Name>late</Name></DirectoryEntry>"
+       "<DirectoryEntry><Name>second</Name>" +
+           five +
+           "</DirectoryEntry>"
+           "<Contact Name='attributes no longer count'/>"
+           "<Contact><Name>third</Name><Telephone>5</Telephone></Contact>",
+       "9@0:first:::;2@0:second:1:2:3;3@0:third:5::;"},
+      {"<DirectoryEntry><Name>" + std::string(70, 'n') + "</Name><Telephone>" +
+           std::string(40, '5') + "</Telephone></DirectoryEntry>",
+       "1@0:" + std::string(63, 'n') + ":" + std::string(31, '5') + "::;"}};
+  for (const auto& [entries, records] : cases) {
+    EXPECT_EQ(text(load(0, "<Any>" + entries + "</Any>")), records) << entries;
+    cfg_destory_remote_conatct_list((kBook + "0").c_str());
+  }
 }
 
-TEST_F(RemoteTest, BookHoldsFiveHundredRecordsAndIsReadOnce) {
-  std::string xml = "<D>";
-  for (int i = 0; i < 600; ++i) xml += "<Contact Name='same' Id='" + std::to_string(i) + "'/>";
-  CONTACT_SUMMARY_T* head = load(2, xml + "</D>");
-  int count = 0;
-  for (const CONTACT_SUMMARY_T* node = head; node != nullptr; node = node->next) {
-    EXPECT_EQ(node->Id, count++) << "equal names keep document order";
+TEST_F(RemoteTest, ABookHoldsFiveHundredRecordsAndIsReadOnce) {
+  std::string entries, records;
+  for (int i = 0; i < 600; ++i) {
+    entries += "<Contact Name='same' Id='" + std::to_string(i) + "'/>";
+    if (i < 500) records += std::to_string(i) + "@0:same:::;";
   }
-  EXPECT_EQ(count, 500);
+  CONTACT_SUMMARY_T* head = load(2, "<D>" + entries + "</D>");
+  EXPECT_EQ(text(head), records) << "equal names keep document order";
   EXPECT_EQ(load(2, "<D><Contact Name='changed'/></D>"), head);
 }
 
-TEST_F(RemoteTest, CurrentBookFollowsTheLastOneLoadedOrAttempted) {
-  EXPECT_EQ(cfg_get_remote_contact_summary_clone_id(), 0)
-      << "none loaded: the first without a list";
+TEST_F(RemoteTest, TheCurrentBookFollowsTheLastOneLoadedOrAttempted) {
+  EXPECT_EQ(cfg_get_remote_contact_summary_clone_id(), 0) << "the first without a list";
   load(0, "<D><Contact Name='Ann' Id='1' Office='100'/></D>");
-  load(1, "<D><Contact Name='Bert' Id='1' Office='200'/><Contact Name='Anna' Id='2'/></D>");
+  load(1,
+       "<D><Contact Name='Bert' Id='1' Line='2' Office='200'/><Contact Name='Anna' Id='2'/></D>");
   EXPECT_EQ(cfg_get_remote_contact_summary_clone_id(), 1);
-
-  CONTACT_DATA_T record{};
-  record.Line = 9;
-  EXPECT_EQ(cfg_get_remote_contact_data(1, &record), 0);
-  EXPECT_STREQ(record.DisplayName, "Bert");
-  EXPECT_EQ(record.Line, 9) << "only name and numbers are filled";
-  EXPECT_EQ(cfg_get_remote_contact_data(77, &record), 0);
-  EXPECT_STREQ(record.DisplayName, "Bert");
-  EXPECT_EQ(cfg_get_remote_contact_data(1, nullptr), 5);
-
-  CONTACT_SUMMARY_T* matches = cfg_search_remote_contact_info("Ann");
-  EXPECT_EQ(text(matches), "2:Anna:::;");
-  cfg_destory_contact_summary(matches);
-  EXPECT_EQ(cfg_search_remote_contact_info(nullptr), nullptr);
-
-  EXPECT_EQ(cfg_set_remote_contact_summary_clone_id(0), 0);
-  EXPECT_EQ(cfg_get_remote_contact_data(1, &record), 0);
-  EXPECT_STREQ(record.DisplayName, "Ann");
+  const struct {
+    int book, id;
+    const char *name, *message;
+  } cases[] = {{1, 1, "Bert", "Id: 1, name: Bert, office: 200, mobile: , other: ."},
+               {1, 77, "before", ""},
+               {0, 1, "Ann", "Id: 1, name: Ann, office: 100, mobile: , other: ."}};
+  for (const auto& [book, id, name, message] : cases) {
+    forget_log();
+    EXPECT_EQ(cfg_set_remote_contact_summary_clone_id(book), 0);
+    CONTACT_DATA_T record{0, 0, 9, "before", "", "", "", "", "", ""};
+    EXPECT_EQ(cfg_get_remote_contact_data(id, &record), 0);
+    EXPECT_STREQ(record.DisplayName, name);
+    EXPECT_EQ(record.Line, 9) << "only name and numbers are filled";
+    EXPECT_EQ(log().empty() ? "" : log().back(), message);
+  }
   EXPECT_EQ(cfg_set_remote_contact_summary_clone_id(5), -1);
   EXPECT_EQ(cfg_set_remote_contact_summary_clone_id(-1), -1);
+  EXPECT_EQ(cfg_get_remote_contact_summary_clone_id(), 0);
 
-  EXPECT_EQ(load(3, "<D><Contact"), nullptr);
-  EXPECT_TRUE(logged("load file </tmp/remote_contact.xml3> fail!"));
-  EXPECT_EQ(cfg_get_remote_contact_data(1, &record), -1);
-  EXPECT_TRUE(logged("_cfg_get_remote_contact_data failed, g_remote_contact is NULL!"));
-  EXPECT_EQ(cfg_get_remote_contact_summary(""), nullptr);
-  EXPECT_EQ(cfg_get_remote_contact_summary("/tmp/other"), nullptr);
-  EXPECT_TRUE(logged("_cfg_get_remote_contact_summary failed: remote_id=-1"));
-  EXPECT_EQ(cfg_destory_remote_conatct_list("/tmp/other"), -1);
+  for (int book = 1; book < 5; ++book) load(book, "<D><Contact Name='A'/></D>");
+  cfg_destory_remote_conatct_list((kBook + "4").c_str());
+  EXPECT_EQ(cfg_get_remote_contact_summary_clone_id(), 4) << "none is current";
+  for (const char* file : {"<!-- no root -->", "<D><Contact"}) {
+    cfg_set_remote_contact_summary_clone_id(1);
+    EXPECT_EQ(load(4, file), nullptr);
+    EXPECT_EQ(cfg_get_remote_contact_summary_clone_id(), 4);
+  }
+  EXPECT_EQ(log().back(), "load file </tmp/remote_contact.xml4> fail!");
 }
 
-TEST_F(RemoteTest, LoadedBookEntersAndLeavesTheSearch) {
+TEST_F(RemoteTest, ASearchCopiesTheMatchesOfTheCurrentBookInOrder) {
+  load(1,
+       "<D><Contact Name='b' Id='1' Line='2' Office='200'/><Contact Name='a2' Id='2'/>"
+       "<Contact Name='c' Id='3' Mobile='12'/><Contact Name='d' Id='4' Other='2'/>"
+       "<Contact Name='e' Id='5' Other='1'/></D>");
+  CONTACT_SUMMARY_T* matches = cfg_search_remote_contact_info("2");
+  EXPECT_EQ(text(matches), "2@0:a2:::;1@0:b:200::;3@0:c::12:;4@0:d:::2;");
+  cfg_destory_contact_summary(matches);
+  EXPECT_EQ(phone_test::take(cfg_search_remote_contact_info("")).size(), 5u);
+}
+
+TEST_F(RemoteTest, ALoadedBookEntersAndLeavesTheSearch) {
   load(4, "<D><Contact Name='bob' Office='1'/><Contact Name='Alice'/></D>");
   EXPECT_EQ(CfgTrieReloadRemoteBookInfo(4), 0);
   TRIE_RESULT_T* hits = nullptr;

@@ -4,13 +4,17 @@
 #include <cfgxml/host.h>
 #include <cfgxml/search.h>
 
+#include <algorithm>
+#include <cstring>
 #include <limits>
-#include <string>
-#include <vector>
 
 #include "support/phone.h"
+#include "support/records.h"
 
 namespace {
+
+using Texts = std::vector<std::string>;
+using Numbers = std::vector<int>;
 
 constexpr char kXsi[] = "http://schema.broadsoft.com/xsi";
 constexpr int kMost = std::numeric_limits<int>::max();
@@ -26,247 +30,229 @@ std::string entry(const std::string& name, const std::string& number = "") {
 
 std::string document(const std::string& root, const std::string& content,
                      const std::string& schema = kXsi) {
-  return "<?xml version=\"1.0\"?><" + root + " xmlns=\"" + schema + "\">" + content + "</" + root +
-         ">";
+  return "<" + root + " xmlns=\"" + schema + "\">" + content + "</" + root + ">";
 }
 
-std::string position(const std::string& start, const std::string& count, const std::string& total) {
-  return element("startIndex", start) + element("numberOfRecords", count) +
-         element("totalAvailableRecords", total);
+std::string personal(const std::string& content) { return document("Personal", content); }
+
+std::string position(int start, int count, int total) {
+  return element("startIndex", std::to_string(start)) +
+         element("numberOfRecords", std::to_string(count)) +
+         element("totalAvailableRecords", std::to_string(total));
 }
 
-using Names = std::vector<std::string>;
+Numbers numbers_of(const BSFT_CONTACT_POS_T& pos) {
+  return {pos.start, pos.count, pos.total, pos.state};
+}
 
 class BroadSoftTest : public phone_test::Phone {
  protected:
   void TearDown() override {
-    cfg_get_broadsoft_contact_summary(nullptr);  // frees the list, and leaves none
-    add(document("Personal", position("1", "0", "0")));
+    start(personal(position(1, 0, 0)));
+    cfg_destory_broadsoft_conatct_list();
     for (int list = 0; list < CFGXML_BROADSOFT_LIST_COUNT; ++list) {
       cfg_destory_broadsoft_simple_conatct_list(list);
     }
     Phone::TearDown();
   }
 
-  std::string page(const std::string& text) {
+  const char* page(const std::string& text) {
     write("/page.xml", text);
-    return on_disk("/page.xml");
+    return (page_ = on_disk("/page.xml")).c_str();
   }
   const BSFT_CONTACT_DATA_T* start(const std::string& text) {
-    return cfg_get_broadsoft_contact_summary(page(text).c_str());
+    return cfg_get_broadsoft_contact_summary(page(text));
   }
   const BSFT_CONTACT_DATA_T* add(const std::string& text) {
-    return cfg_add_broadsoft_contact_summary_to_tail(page(text).c_str());
+    return cfg_add_broadsoft_contact_summary_to_tail(page(text));
   }
   CONTACT_SUMMARY_T* append(int list, const std::string& text, BSFT_CONTACT_POS_T& pos) {
-    return cfg_append_broadsoft_simple_contact_summary(list, page(text).c_str(), &pos);
+    return cfg_append_broadsoft_simple_contact_summary(list, page(text), &pos);
   }
 
-  static BSFT_CONTACT_POS_T full_position() {
+  static Numbers full_position() {
     BSFT_CONTACT_POS_T pos;
     EXPECT_EQ(cfg_get_broadsoft_conatct_pos(&pos), &pos);
-    return pos;
-  }
-  static void expect(const BSFT_CONTACT_POS_T& pos, const std::vector<int>& values) {
-    EXPECT_EQ((std::vector<int>{pos.start, pos.count, pos.total, pos.state}), values);
+    return numbers_of(pos);
   }
 
-  /// Each entry as its index and first name.
-  static Names names_of(const BSFT_CONTACT_DATA_T* list) {
-    Names names;
-    for (; list != nullptr; list = list->next) {
-      names.push_back(std::to_string(list->index) + list->FirstName);
-    }
+  /// Each entry as its index and name, and a simple one's position.
+  static std::string name_of(const BSFT_CONTACT_DATA_T& entry) {
+    return std::to_string(entry.index) + entry.FirstName;
+  }
+  static std::string name_of(const CONTACT_SUMMARY_T& entry) {
+    return std::to_string(entry.Id) + entry.DisplayName + std::to_string(entry.position);
+  }
+  template <typename Node>
+  static Texts names_of(const Node* list) {
+    Texts names;
+    for (; list != nullptr; list = list->next) names.push_back(name_of(*list));
     return names;
   }
-  static Names names_of(const CONTACT_SUMMARY_T* list) {
-    Names names;
-    for (; list != nullptr; list = list->next) {
-      names.push_back(std::to_string(list->Id) + list->DisplayName +
-                      std::to_string(list->position));
-    }
-    return names;
-  }
+
+ private:
+  std::string page_;
 };
 
 TEST_F(BroadSoftTest, EveryBookHasItsPlaceForEntries) {
   const std::string outer = entry("outer");
-  const std::string inner = entry("inner");
+  const std::string group = outer + element("groupDirectory", entry("inner"));
+  const std::string enterprise = outer + element("enterpriseDirectory", entry("inner"));
+  const std::string details = element("directoryDetails", element("firstName", "x"));
   const std::pair<std::string, std::string> cases[] = {
-      {document("Personal", outer + element("groupDirectory", inner)), "0outer"},
-      {document("Group", outer + element("groupDirectory", inner)), "0inner"},
-      {document("Group", outer + element("enterpriseDirectory", inner)), "0outer"},
-      {document("Enterprise", outer + element("enterpriseDirectory", inner)), "0inner"},
-      {document("GroupCommon", outer + element("groupDirectory", inner)), "0outer"},
-      {document("EnterpriseCommon", element("commonPhoneEntry", element("name", "lobby"))),
-       "0lobby"},
-      {document("Group",
-                element("groupDirectory", element("directoryDetails", element("firstName", "x"))),
-                "http://schema.broadsoft.com/xsi-actions"),
-       "0x"},
+      {personal(group), "0outer"},
+      {document("Group", group), "0inner"},
+      {document("Group", enterprise), "0outer"},
+      {document("Enterprise", enterprise), "0inner"},
+      {document("GroupCommon", group), "0outer"},
+      {document("EnterpriseCommon", element("commonPhoneEntry", element("name", "x"))), "0x"},
+      {document("Group", details, "http://schema.broadsoft.com/xsi-actions"), "0x"},
   };
-  for (const auto& [text, name] : cases) EXPECT_EQ(names_of(start(text)), Names{name}) << text;
+  for (const auto& [text, name] : cases) EXPECT_EQ(names_of(start(text)), Texts{name}) << text;
 }
 
 TEST_F(BroadSoftTest, ADocumentThatIsNoDirectoryChangesNothing) {
-  const BSFT_CONTACT_DATA_T* head = start(document("Personal", entry("Ann")));
-  const std::string others[] = {
-      "<Personal>" + entry("Bob") + "</Personal>",
-      document("Personal", entry("Bob"), "http://schema.broadsoft.com/XSI"),
-      document("personal", entry("Bob")),
-      "<?xml version=\"1.0\"?>",
-  };
+  const std::string invalid =
+      "load file <" + on_disk("/page.xml") + "> fail! BSFT_BOOK_TYPE_INVALID";
+  const BSFT_CONTACT_DATA_T* head = start(personal(entry("Ann")));
   BSFT_CONTACT_POS_T pos = {7, 8, 9, 1};
-  for (const std::string& text : others) {
+  for (const std::string& text :
+       {element("Personal", entry("Bob")), document("personal", entry("Bob")),
+        document("Personal", entry("Bob"), "http://schema.broadsoft.com/XSI"),
+        std::string("<!-- no root -->")}) {
     forget_log();
     EXPECT_EQ(add(text), head);
-    EXPECT_TRUE(logged("load file <" + on_disk("/page.xml") + "> fail! BSFT_BOOK_TYPE_INVALID"));
     EXPECT_EQ(append(0, text, pos), nullptr);
+    EXPECT_EQ(log(), Texts(2, invalid)) << text;
   }
   forget_log();
   EXPECT_EQ(add("<Personal"), nullptr);
-  EXPECT_EQ(cfg_add_broadsoft_contact_summary_to_tail(on_disk("/tmp").c_str()), nullptr);
   EXPECT_EQ(append(0, "", pos), nullptr);
-  EXPECT_EQ(log(), Names{});
-  EXPECT_EQ(cfg_add_broadsoft_contact_summary_to_tail(""), nullptr);
-  EXPECT_TRUE(logged("_cfg_add_broadsoft_contact_summary_to_tail failed: input is NULL."));
-  expect(pos, {7, 8, 9, 1});
-  expect(full_position(), {0, 1, 1, 0});
-  EXPECT_EQ(names_of(add(document("Personal", ""))), Names{"0Ann"});
+  EXPECT_EQ(log(), Texts());
+  EXPECT_EQ(numbers_of(pos), (Numbers{7, 8, 9, 1}));
+  EXPECT_EQ(full_position(), (Numbers{0, 1, 1, 0}));
+  EXPECT_EQ(names_of(add(personal(""))), Texts{"0Ann"});
 }
 
 TEST_F(BroadSoftTest, AnEntryKeepsNineteenTexts) {
-  const Names texts = {"lastName",  "firstName", "userId",       "groupId",      "number",
+  constexpr std::size_t kTextBytes = 18 * 64 + 32;
+  const Texts texts = {"lastName",  "firstName", "userId",       "groupId",      "number",
                        "extension", "mobile",    "yahooId",      "pager",        "emailAddress",
                        "title",     "location",  "addressLine1", "addressLine2", "city",
                        "state",     "zip",       "country",      "department"};
-  std::string content;
-  for (const std::string& text : texts) content += element(text, "my " + text);
-  start(document(
-      "Personal",
-      position("11", "2", "12") + element("entry", content) +
-          element("entry", element("x", element("number", "1")) + element("firstName", "first") +
-                               element("name", "second") + element("zip", "12") +
-                               element("zip", "") + element("mobile", std::string(40, '5')))));
+  std::string content, all;
+  for (const std::string& text : texts) {
+    content += element(text, "my " + text);
+    all += "my " + text;
+  }
+  start(personal(position(11, 2, 12) + element("entry", content) +
+                 element("entry", element("x", element("number", "1")) +
+                                      element("firstName", "first") + element("name", "second") +
+                                      element("zip", "12") + element("zip", "") +
+                                      element("mobile", std::string(40, '5')))));
   BSFT_CONTACT_DATA_T data{};
   data.index = 77;
   EXPECT_EQ(cfg_get_broadsoft_contact_data(10, &data), 0);
   EXPECT_EQ(data.index, 77);
-  const Names found = {data.LastName,     data.FirstName,    data.UserId,    data.GroupId,
-                       data.Number,       data.Extension,    data.Mobile,    data.YahooId,
-                       data.Pager,        data.EmailAddress, data.Title,     data.Location,
-                       data.AddressLine1, data.AddressLine2, data.City,      data.State,
-                       data.Zip,          data.Country,      data.Department};
-  for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(found[i], "my " + texts[i]);
-
-  EXPECT_EQ(cfg_get_broadsoft_contact_data(11, &data), 0);
-  EXPECT_STREQ(data.FirstName, "second") << "the later element wins";
-  EXPECT_STREQ(data.Zip, "");
-  EXPECT_STREQ(data.Number, "") << "only the entry's own children count";
-  EXPECT_STREQ(data.Mobile, std::string(31, '5').c_str());
-  EXPECT_EQ(cfg_get_broadsoft_contact_data(12, &data), 0);
-  EXPECT_STREQ(data.FirstName, "second");
+  for (const std::string& text : texts) {
+    const auto found = phone_test::take(cfg_search_broadsoft_contact_info(("y " + text).c_str()));
+    ASSERT_EQ(found.size(), 1u) << text;
+    EXPECT_EQ(found[0].index, 10);
+    EXPECT_EQ(found[0].flag, -1);
+    EXPECT_EQ(std::memcmp(found[0].LastName, data.LastName, kTextBytes), 0);
+  }
+  std::string seen(data.LastName, kTextBytes);
+  seen.erase(std::remove(seen.begin(), seen.end(), '\0'), seen.end());
+  EXPECT_EQ(seen, all) << "in the order of the record";
+  EXPECT_EQ(phone_test::take(cfg_search_broadsoft_contact_info("")).size(), 2u);
+  EXPECT_EQ(cfg_search_broadsoft_contact_info("MY"), nullptr);
+  for (int index : {11, 12}) {  // there is no 12: the record stays
+    EXPECT_EQ(cfg_get_broadsoft_contact_data(index, &data), 0);
+    EXPECT_STREQ(data.FirstName, "second") << "the later element wins";
+    EXPECT_STREQ(data.Zip, "");
+    EXPECT_STREQ(data.Number, "") << "only the entry's own children count";
+    EXPECT_STREQ(data.Mobile, std::string(31, '5').c_str());
+  }
 }
 
 TEST_F(BroadSoftTest, TheFullListGrowsByPagesAndStartsAfresh) {
-  const auto book = [](const std::string& start, const std::string& names) {
-    return document("Group", position(start, "2", "5") + element("groupDirectory", names));
+  const auto book = [](int start, const std::string& entries) {
+    return document("Group", position(start, 2, 5) + element("groupDirectory", entries));
   };
-  start(book("1", entry("Ann") + entry("Bob")));
-  expect(full_position(), {0, 2, 5, 0});
-  add(book("5", entry("Eve")));
-  const auto* list = add(book("3", entry("Cid") + element("note", "") + entry("Dan")));
-  EXPECT_EQ(names_of(list), (Names{"0Ann", "1Bob", "4Eve", "2Cid", "3Dan"}));
-  expect(full_position(), {2, 2, 5, 0});
-  add(document("Personal", element("startIndex", "9")));
-  expect(full_position(), {8, 2, 5, 0});
-
-  list = start(document("Personal", entry("Zoe") + entry("Yul")));
-  EXPECT_EQ(names_of(list), (Names{"0Zoe", "1Yul"}));
-  expect(full_position(), {0, 2, 2, 0});
+  start(book(1, entry("Ann") + entry("Bob")));
+  EXPECT_EQ(full_position(), (Numbers{0, 2, 5, 0}));
+  add(book(5, entry("Eve")));
+  const auto* list = add(book(3, entry("Cid") + element("note", "") + entry("Dan")));
+  EXPECT_EQ(names_of(list), (Texts{"0Ann", "1Bob", "4Eve", "2Cid", "3Dan"}));
+  EXPECT_EQ(full_position(), (Numbers{2, 2, 5, 0}));
+  add(personal(element("startIndex", "9")));
+  EXPECT_EQ(full_position(), (Numbers{8, 2, 5, 0})) << "what a page lacks stays";
+  EXPECT_EQ(names_of(start(personal(entry("Zoe") + entry("Yul")))), (Texts{"0Zoe", "1Yul"}));
+  EXPECT_EQ(full_position(), (Numbers{0, 2, 2, 0}));
   EXPECT_EQ(cfg_destory_broadsoft_conatct_list(), 0);
-  expect(full_position(), {0, 0, 0, 0});
+  EXPECT_EQ(full_position(), (Numbers{0, 0, 0, 0}));
   EXPECT_EQ(cfg_destory_broadsoft_conatct_list(), -1);
-  EXPECT_EQ(log().back().rfind("_cfg_destory_broadsoft_conatct_list", 0), 0u);
   EXPECT_EQ(cfg_get_broadsoft_conatct_pos(nullptr), nullptr);
-}
-
-TEST_F(BroadSoftTest, ASearchCopiesTheEntriesThatHoldTheText) {
-  start(document("Personal", entry("Ann", "12") + entry("Bob", "23") + entry("Cid", "34")));
-  BSFT_CONTACT_DATA_T* found = cfg_search_broadsoft_contact_info("2");
-  EXPECT_EQ(names_of(found), (Names{"0Ann", "1Bob"}));
-  while (found != nullptr) {
-    EXPECT_EQ(found->flag, -1);
-    rl_free(std::exchange(found, found->next));
-  }
-  EXPECT_EQ(cfg_search_broadsoft_contact_info("ann"), nullptr);
-  EXPECT_EQ(cfg_search_broadsoft_contact_info(nullptr), nullptr);
-  EXPECT_TRUE(logged("_cfg_search_broadsoft_contact_info failed, keywords is NULL!"));
-
-  cfg_destory_broadsoft_conatct_list();
-  BSFT_CONTACT_DATA_T data;
-  EXPECT_EQ(cfg_search_broadsoft_contact_info(""), nullptr);
-  EXPECT_TRUE(logged("_cfg_search_broadsoft_contact_info failed, g_broadsoft_contact is NULL!"));
-  EXPECT_EQ(cfg_get_broadsoft_contact_data(0, &data), -1);
-  EXPECT_TRUE(logged("_cfg_get_broadsoft_contact_data failed, g_broadsoft_contact is NULL!"));
-  EXPECT_EQ(cfg_get_broadsoft_contact_data(0, nullptr), 5);
-  EXPECT_TRUE(logged("_cfg_get_broadsoft_contact_data failed, contact_data is NULL!"));
 }
 
 TEST_F(BroadSoftTest, APageEndsAt500EntriesAndNumbersStayInRange) {
   std::string entries;
   for (int i = 0; i < 700; ++i) entries += entry("N");
-  EXPECT_EQ(names_of(start(document("Personal", position("101", "700", "9000") + entries))).back(),
-            "599N");
-  expect(full_position(), {100, 700, 800, 0});
-  start(document("Personal", entries));
-  expect(full_position(), {0, 500, 500, 0});
-
-  const std::string most = std::to_string(kMost);
-  EXPECT_EQ(names_of(start(document("Personal", position(most, most, "1") + entries))).back(),
-            most + "N");
-  expect(full_position(), {kMost - 1, kMost, kMost, 0});
-  const std::string least = std::to_string(kLeast);
-  EXPECT_EQ(names_of(start(document("Personal", position(least, least, "-1") + entry("N")))),
-            Names{least + "N"});
-  expect(full_position(), {kLeast, kLeast, -1, 0});
-
+  const struct {
+    std::string page, last;
+    Numbers position;
+  } cases[] = {
+      {position(101, 700, 9000) + entries, "599N", {100, 700, 800, 0}},
+      {entries, "499N", {0, 500, 500, 0}},
+      {position(kMost, kMost, 1) + entries,
+       std::to_string(kMost) + "N",
+       {kMost - 1, kMost, kMost, 0}},
+      {position(kLeast, kLeast, -1) + entry("N"),
+       std::to_string(kLeast) + "N",
+       {kLeast, kLeast, -1, 0}},
+  };
+  for (const auto& [page, last, position] : cases) {
+    EXPECT_EQ(names_of(start(personal(page))).back(), last);
+    EXPECT_EQ(full_position(), position);
+  }
   BSFT_CONTACT_POS_T pos = {0, 0, 0, kMost};
-  append(0, document("Personal", position(least, "0", most)), pos);
-  expect(pos, {kLeast, 0, kMost, kMost});
-  append(0, document("Personal", position(most, most, most)), pos);
-  expect(pos, {kMost - 1, kMost, kMost, CFGXML_BROADSOFT_COMPLETE});
+  append(0, personal(position(kLeast, 0, kMost)), pos);
+  EXPECT_EQ(numbers_of(pos), (Numbers{kLeast, 0, kMost, kMost}));
+  append(0, personal(position(kMost, kMost, kMost)), pos);
+  EXPECT_EQ(numbers_of(pos), (Numbers{kMost - 1, kMost, kMost, CFGXML_BROADSOFT_COMPLETE}));
 }
 
 TEST_F(BroadSoftTest, ASimpleListIsOrderedWhenItsLastPageIsIn) {
   const auto person = [](const std::string& first, const std::string& last) {
     return element("entry", element("lastName", last) + element("firstName", first));
   };
+  const struct {
+    std::string page;
+    Numbers position;
+    Texts names;
+  } pages[] = {
+      {position(1, 2, 5) + person("bob", "B") + person("Cid", "C"),
+       {0, 2, 5, 1},
+       {"0bob B0", "1Cid C0"}},
+      {position(3, 2, 5) + person("Ann", ""), {2, 2, 5, 2}, {"0bob B0", "1Cid C0", "2Ann 0"}},
+      {position(5, 1, 5) + entry("ann"), {4, 1, 5, 20}, {"0bob B2", "1Cid C3", "2Ann 1", "4ann 0"}},
+  };
   BSFT_CONTACT_POS_T pos{};
-  append(2, document("Personal", position("1", "2", "5") + person("bob", "B") + person("Cid", "C")),
-         pos);
-  expect(pos, {0, 2, 5, 1});
-  CONTACT_SUMMARY_T* list =
-      append(2, document("Personal", position("3", "2", "5") + person("Ann", "")), pos);
-  expect(pos, {2, 2, 5, 2});
-  EXPECT_EQ(names_of(list), (Names{"0bob B0", "1Cid C0", "2Ann 0"}));
-  list = append(2, document("Personal", position("5", "1", "5") + entry("ann")), pos);
-  expect(pos, {4, 1, 5, CFGXML_BROADSOFT_COMPLETE});
-  EXPECT_EQ(names_of(list), (Names{"0bob B2", "1Cid C3", "2Ann 1", "4ann 0"}));
-
-  const std::string letters(61, 'x');
-  list =
-      append(3, document("Personal", position("1", "1", "2") + person(letters, "\xC3\xA4")), pos);
-  EXPECT_EQ(names_of(list), Names{"0" + letters + " 0"}) << "no half of a character";
+  for (const auto& [page, position, names] : pages) {
+    EXPECT_EQ(names_of(append(2, personal(page), pos)), names);
+    EXPECT_EQ(numbers_of(pos), position);
+  }
 }
 
 TEST_F(BroadSoftTest, SimpleListsAreFoundFromTheKeypadUntilTheyAreFreed) {
-  const std::string reception = element(
-      "commonPhoneEntry", element("name", "Reception") + element("number", "100") +
-                              element("mobile", std::string(40, '7')) + element("extension", "55"));
+  const std::string reception =
+      document("GroupCommon",
+               element("commonPhoneEntry", element("name", "Reception") + element("number", "100") +
+                                               element("mobile", std::string(40, '7')) +
+                                               element("extension", "55")));
   BSFT_CONTACT_POS_T pos{};
-  const CONTACT_SUMMARY_T* list = append(2, document("GroupCommon", reception), pos);
-  ASSERT_EQ(append(5, document("GroupCommon", reception), pos)->Id, 0);
+  const CONTACT_SUMMARY_T* list = append(2, reception, pos);
+  ASSERT_NE(append(5, reception, pos), nullptr);
   EXPECT_STREQ(list->DisplayName, "Reception ");
   EXPECT_STREQ(list->MobileNumber, std::string(31, '7').c_str());
   TRIE_RESULT_T* hits = nullptr;
@@ -282,26 +268,10 @@ TEST_F(BroadSoftTest, SimpleListsAreFoundFromTheKeypadUntilTheyAreFreed) {
   EXPECT_EQ(hits->records[8][0], nullptr);
   EXPECT_NE(hits->records[11][0], nullptr) << "the other list stays";
   EXPECT_EQ(CfgTrieSearchOfCount("Reception ", nullptr), 1);
-}
-
-TEST_F(BroadSoftTest, ListNumbersAreChecked) {
-  BSFT_CONTACT_POS_T pos{};
-  const std::string path = page(document("Personal", entry("Ann")));
-  for (const int list : {6, -1, kLeast}) {
-    EXPECT_EQ(cfg_append_broadsoft_simple_contact_summary(list, path.c_str(), &pos), nullptr);
-    forget_log();
-    EXPECT_EQ(cfg_destory_broadsoft_simple_conatct_list(list), -1);
-    EXPECT_EQ(log().at(0).rfind("_cfg_destory_broadsoft_simple_conatct_list ", 0), 0u);
-  }
-  EXPECT_EQ(cfg_append_broadsoft_simple_contact_summary(6, path.c_str(), nullptr), nullptr);
-  EXPECT_TRUE(logged("_cfg_append_broadsoft_simple_contact_summary failed: input is NULL."));
-  forget_log();
-  EXPECT_EQ(cfg_append_broadsoft_simple_contact_summary(6, path.c_str(), &pos), nullptr);
-  EXPECT_TRUE(
-      logged("_cfg_append_broadsoft_simple_contact_summary failed: input groud_id is invalid."));
-  forget_log();
-  EXPECT_EQ(cfg_destory_broadsoft_simple_conatct_list(0), -1);
-  EXPECT_EQ(log(), Names{});
+  EXPECT_EQ(cfg_destory_broadsoft_simple_conatct_list(2), -1) << "without a message";
+  EXPECT_EQ(log(), Texts());
+  for (int list : {6, -1}) EXPECT_EQ(cfg_destory_broadsoft_simple_conatct_list(list), -1);
+  EXPECT_EQ(log().back().rfind("_cfg_destory_broadsoft_simple_conatct_list ", 0), 0u);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "support/lists.h"
 #include "support/phone.h"
+#include "support/records.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ const Distinct kDistinct[] = {
 
 class DistinctRules : public phone_test::Phone, public testing::WithParamInterface<Distinct> {
  protected:
-  const List& list() const { return phone_test::kRuleLists[GetParam().place]; }
+  const List& list() const { return phone_test::kLists[GetParam().place]; }
   std::string failed(const std::string& verb, const std::string& why) const {
     return list().worker_for(verb) + " failed, " + why;
   }
@@ -78,7 +79,7 @@ TEST_P(DistinctRules, AListHolds350Rules) {
 }
 
 TEST_F(DialRules, BlockOutHoldsAnyNumberAndEqualRules) {
-  const List& list = phone_test::kRuleLists[2];
+  const List& list = phone_test::kLists[2];
   write(list.path, list.file_of(rows(351)));
   EXPECT_EQ(list.add({0, 0, "r7"}), 0);
   EXPECT_EQ(list.entries().size(), 352u);
@@ -87,19 +88,17 @@ TEST_F(DialRules, BlockOutHoldsAnyNumberAndEqualRules) {
 }
 
 TEST_F(DialRules, AReplacementIsKeptAndChanged) {
-  const std::string& path = phone_test::kRuleLists[1].path;
-  write(path,
-        "<Dial><DialReplace><Data ID=\"1\" Prefix=\"00\" Replace=\"+\" Line=\"2\" Note=\"n\"/>"
-        "</DialReplace></Dial>");
-  DIAL_REPLACE_DATA_T rule;
-  rl_memset(&rule, 'x', sizeof rule);
-  ASSERT_EQ(cfg_get_dialreplace_data(1, &rule), 0);
-  EXPECT_STREQ(rule.Replace, "+");
-  EXPECT_EQ(rule.next, nullptr);
-  rl_strcpy_s(rule.Replace, sizeof rule.Replace, "011");
+  const std::string& path = phone_test::kLists[1].path;
+  write(path, "<Dial><DialReplace><Data ID=\"1\" Note=\"n\"/></DialReplace></Dial>");
+  const DIAL_REPLACE_DATA_T rule = {4711, 2, "00", "+", nullptr};
   ASSERT_EQ(cfg_set_dialreplace_data(1, &rule), 0);
-  EXPECT_NE(read(path).find("<Data ID=\"1\" Prefix=\"00\" Replace=\"011\" Line=\"2\" Note=\"n\"/>"),
+  EXPECT_NE(read(path).find("<Data ID=\"1\" Note=\"n\" Prefix=\"00\" Replace=\"+\" Line=\"2\"/>"),
             std::string::npos);
+  DIAL_REPLACE_DATA_T kept;
+  rl_memset(&kept, 'x', sizeof kept);
+  const DIAL_REPLACE_DATA_T expected = {1, 2, "00", "+", nullptr};
+  ASSERT_EQ(cfg_get_dialreplace_data(1, &kept), 0);
+  EXPECT_EQ(phone_test::bytes_of(&kept), phone_test::bytes_of(&expected));
 }
 
 TEST_P(DistinctRules, UploadReplacesTheListWithACheckedFile) {

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstring>
 #include <random>
-#include <thread>
 
 #include "support/invariants.h"
 #include "support/phone.h"
@@ -16,18 +15,6 @@ namespace {
 using phone_test::Entries;
 using phone_test::Entry;
 using phone_test::List;
-
-std::vector<List> file_lists() {
-  std::vector<List> lists = phone_test::kRuleLists;
-  lists.insert(lists.end(), phone_test::kBoxLists.begin(), phone_test::kBoxLists.end());
-  return lists;
-}
-
-std::vector<List> all_lists() {
-  std::vector<List> lists = file_lists();
-  lists.push_back(phone_test::kCallList);
-  return lists;
-}
 
 class Lists : public phone_test::Phone, public testing::WithParamInterface<List> {
  protected:
@@ -39,8 +26,11 @@ class Lists : public phone_test::Phone, public testing::WithParamInterface<List>
 class FileLists : public Lists {};
 
 std::string name_of(const testing::TestParamInfo<List>& info) { return info.param.name; }
-INSTANTIATE_TEST_SUITE_P(Of, Lists, testing::ValuesIn(all_lists()), name_of);
-INSTANTIATE_TEST_SUITE_P(Of, FileLists, testing::ValuesIn(file_lists()), name_of);
+INSTANTIATE_TEST_SUITE_P(Of, Lists, testing::ValuesIn(phone_test::kLists), name_of);
+INSTANTIATE_TEST_SUITE_P(Of, FileLists,
+                         testing::ValuesIn(phone_test::kLists.begin(),
+                                           phone_test::kLists.begin() + phone_test::kFileLists),
+                         name_of);
 
 TEST_P(Lists, RandomChangesFollowTheModel) {
   constexpr unsigned kSeed = 20240501;
@@ -89,27 +79,6 @@ TEST_P(Lists, RandomChangesFollowTheModel) {
   EXPECT_EQ(std::memcmp(&reloaded, &history(), sizeof reloaded), 0);
 }
 
-TEST_P(Lists, ChangesFromTwoThreadsLoseNothing) {
-  if (!list().path.empty()) write_text("<Any/>");
-  const auto add_ten = [&](int first) {
-    for (int i = first; i < first + 10; ++i) list().add({0, 0, std::to_string(i)});
-  };
-  std::thread other(add_ten, 100);
-  add_ten(0);
-  other.join();
-  EXPECT_EQ(list().entries().size(), 20u);
-  EXPECT_EQ(list().entries().back().id, 20);
-}
-
-TEST_P(FileLists, FirstEntryCreatesItsListUnderTheRootThereIs) {
-  write_text("<Any version=\"2\"><Other/></Any>");
-  EXPECT_EQ(list().entries(), Entries());
-  ASSERT_EQ(list().add({0, 1, "<"}), 0);
-  EXPECT_TRUE(
-      logged(list().worker_for("add") + ":<" + list().path + "> no " + list().title + ", create!"));
-  EXPECT_EQ(text(), "<Any version=\"2\">\n    <Other/>\n    " + list().first + "\n</Any>\n");
-}
-
 TEST_P(FileLists, MissingFileFailsEveryCallAndIsNotCreated) {
   Entry entry = {};
   EXPECT_EQ(list().entries(), Entries());
@@ -131,6 +100,7 @@ TEST_P(FileLists, FileWithoutTheListIsReadAsEmptyAndMendedByAChange) {
     EXPECT_EQ(list().add({0, 1, "5"}), 0) << file;
     EXPECT_EQ(list().entries(), (Entries{{1, 1, "5"}})) << file;
   }
+  EXPECT_EQ(text().rfind("<Other>\n    <" + list().element, 0), 0u) << "a root there is stays";
   write_text("<Any><");
   forget_log();
   EXPECT_EQ(list().remove(1), 0);

@@ -85,7 +85,7 @@ List list_over(const Functions& functions, const std::string& name, bool newest_
 }
 
 template <typename Rule>
-List rule_list(const RuleList<Rule>& rules, const std::string& text, const std::string& replace) {
+List rule_list(const RuleList<Rule>& rules) {
   List list = list_over<Rule>(rules, rules.name, false);
   list.distinct = rules.distinct;
   list.unknown = rules.distinct ? 4 : -1;
@@ -93,15 +93,14 @@ List rule_list(const RuleList<Rule>& rules, const std::string& text, const std::
   list.root = "Dial";
   list.element = rules.name;
   list.title = list.name + " node";
+  const std::string text = list.name == "DialReplace" ? "Prefix" : "Rule";
   list.row = "<Data ID=\"#\" " + text + "=\"*\" Line=\"0\"/>";
-  list.first = "<" + list.name + ">\n        <Data ID=\"1\" " + text + "=\"&lt;\"" + replace +
-               " Line=\"1\"/>\n    </" + list.name + ">";
   list.worker = (rules.distinct ? "_cfg_*_" : "cfg_*_") + list.name + "_data";
   for (char& letter : list.worker) letter = static_cast<char>(std::tolower(letter));
   return list;
 }
 
-List box_list(const Box& box, const std::string& counters) {
+List box_list(const Box& box) {
   List list = list_over<SMS_DATA_T>(box, box.entry, true);
   list.capacity = 101;
   list.path = cfgxml::paths::kMessages;
@@ -109,10 +108,6 @@ List box_list(const Box& box, const std::string& counters) {
   list.element = box.element;
   list.title = "boxdata_node";
   list.row = "<" + list.name + " ID=\"#\" FromUser=\"*\" ToUser=\"*\" Date=\"*\"/>";
-  list.first = "<" + list.element + counters + ">\n        <" + list.name +
-               " ID=\"1\" FromDisplay=\"\" FromUser=\"&lt;\" Server=\"\" Port=\"0\" ToDisplay=\"\""
-               " ToUser=\"&lt;\" Content=\"\" Status=\"1\" Date=\"&lt;\" Time=\"\"/>\n    </" +
-               list.element + ">";
   list.worker = "cfg_*_sms_data";
   return list;
 }
@@ -139,12 +134,8 @@ std::string List::file_of(const Rows& rows) const {
   return "<Any><" + element + ">" + entries + "</" + element + "></Any>";
 }
 
-const std::vector<List> kRuleLists = {rule_list(kDialNow, "Rule", ""),
-                                      rule_list(kDialReplace, "Prefix", " Replace=\"\""),
-                                      rule_list(kBlockOut, "Rule", "")};
-const std::vector<List> kBoxLists = {
-    box_list(kBoxes[0], " Total=\"1\" Unread=\"1\""), box_list(kBoxes[1], " Total=\"1\""),
-    box_list(kBoxes[2], " Total=\"1\""), box_list(kBoxes[3], " Total=\"1\"")};
-const List kCallList = call_list();
+const std::vector<List> kLists = {
+    rule_list(kDialNow), rule_list(kDialReplace), rule_list(kBlockOut), box_list(kBoxes[0]),
+    box_list(kBoxes[1]), box_list(kBoxes[2]),     box_list(kBoxes[3]),  call_list()};
 
 }  // namespace phone_test

@@ -43,7 +43,6 @@ struct List {
   // In a file:
   std::string path, root, element, title;  // the title stands in messages
   std::string row;                         // an entry, with "#" for its id and "*" for its text
-  std::string first;                       // the list with its first entry, {1, 1, "<"}
   std::string worker;                      // in messages, with "*" for the verb
 
   std::string worker_for(const std::string& verb) const;
@@ -53,8 +52,8 @@ struct List {
 
 inline std::ostream& operator<<(std::ostream& out, const List& list) { return out << list.name; }
 
-extern const std::vector<List> kRuleLists;  // DialNow, DialReplace and BlockOut
-extern const std::vector<List> kBoxLists;   // in the order of their types
-extern const List kCallList;
+/// DialNow, DialReplace and BlockOut, the boxes in the order of their types, and the history.
+extern const std::vector<List> kLists;
+constexpr int kFileLists = 7;  // the first of them
 
 }  // namespace phone_test

@@ -146,10 +146,9 @@ TEST_F(BroadSoftTest, AnEntryKeepsNineteenTexts) {
     all += "my " + text;
   }
   start(personal(position(11, 2, 12) + element("entry", content) +
-                 element("entry", element("x", element("number", "1")) +
-                                      element("firstName", "first") + element("name", "second") +
-                                      element("zip", "12") + element("zip", "") +
-                                      element("mobile", std::string(40, '5')))));
+                 "<entry><x><number>1</number></x><firstName>first</firstName><name>second</name>"
+                 "<zip>12</zip><zip/>" +
+                 element("mobile", std::string(40, '5')) + "</entry>"));
   BSFT_CONTACT_DATA_T data{};
   data.index = 77;
   EXPECT_EQ(cfg_get_broadsoft_contact_data(10, &data), 0);
@@ -204,12 +203,8 @@ TEST_F(BroadSoftTest, APageEndsAt500EntriesAndNumbersStayInRange) {
   } cases[] = {
       {position(101, 700, 9000) + entries, "599N", {100, 700, 800, 0}},
       {entries, "499N", {0, 500, 500, 0}},
-      {position(kMost, kMost, 1) + entries,
-       std::to_string(kMost) + "N",
-       {kMost - 1, kMost, kMost, 0}},
-      {position(kLeast, kLeast, -1) + entry("N"),
-       std::to_string(kLeast) + "N",
-       {kLeast, kLeast, -1, 0}},
+      {position(kMost, kMost, 1) + entries, "2147483647N", {kMost - 1, kMost, kMost, 0}},
+      {position(kLeast, kLeast, -1) + entry("N"), "-2147483648N", {kLeast, kLeast, -1, 0}},
   };
   for (const auto& [page, last, position] : cases) {
     EXPECT_EQ(names_of(start(personal(page))).back(), last);
@@ -223,19 +218,15 @@ TEST_F(BroadSoftTest, APageEndsAt500EntriesAndNumbersStayInRange) {
 }
 
 TEST_F(BroadSoftTest, ASimpleListIsOrderedWhenItsLastPageIsIn) {
-  const auto person = [](const std::string& first, const std::string& last) {
-    return element("entry", element("lastName", last) + element("firstName", first));
-  };
+  const std::string bob = "<entry><lastName>B</lastName><firstName>bob</firstName></entry>";
   const struct {
     std::string page;
     Numbers position;
     Texts names;
   } pages[] = {
-      {position(1, 2, 5) + person("bob", "B") + person("Cid", "C"),
-       {0, 2, 5, 1},
-       {"0bob B0", "1Cid C0"}},
-      {position(3, 2, 5) + person("Ann", ""), {2, 2, 5, 2}, {"0bob B0", "1Cid C0", "2Ann 0"}},
-      {position(5, 1, 5) + entry("ann"), {4, 1, 5, 20}, {"0bob B2", "1Cid C3", "2Ann 1", "4ann 0"}},
+      {position(1, 2, 5) + bob + entry("Cid"), {0, 2, 5, 1}, {"0bob B0", "1Cid 0"}},
+      {position(3, 2, 5) + entry("Ann"), {2, 2, 5, 2}, {"0bob B0", "1Cid 0", "2Ann 0"}},
+      {position(5, 1, 5) + entry("ann"), {4, 1, 5, 20}, {"0bob B2", "1Cid 3", "2Ann 1", "4ann 0"}},
   };
   BSFT_CONTACT_POS_T pos{};
   for (const auto& [page, position, names] : pages) {
@@ -247,9 +238,9 @@ TEST_F(BroadSoftTest, ASimpleListIsOrderedWhenItsLastPageIsIn) {
 TEST_F(BroadSoftTest, SimpleListsAreFoundFromTheKeypadUntilTheyAreFreed) {
   const std::string reception =
       document("GroupCommon",
-               element("commonPhoneEntry", element("name", "Reception") + element("number", "100") +
-                                               element("mobile", std::string(40, '7')) +
-                                               element("extension", "55")));
+               "<commonPhoneEntry><name>Reception</name><extension>55</extension>"
+               "<number>100</number>" +
+                   element("mobile", std::string(40, '7')) + "</commonPhoneEntry>");
   BSFT_CONTACT_POS_T pos{};
   const CONTACT_SUMMARY_T* list = append(2, reception, pos);
   ASSERT_NE(append(5, reception, pos), nullptr);

@@ -9,7 +9,6 @@
 namespace {
 
 using phone_test::Entries;
-using phone_test::Entry;
 using phone_test::List;
 using phone_test::Rows;
 using Log = std::vector<std::string>;

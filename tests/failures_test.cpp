@@ -2,33 +2,26 @@
 #include <cfgxml/cfgxml.h>
 #include <cfgxml/host.h>
 
-#include <cstring>
+#include <tuple>
 
 #include "support/phone.h"
 
 namespace {
 
-/// A call and how its line goes on after the name of the function, or of its worker.
-struct Case {
-  const char* text;
-  void (*call)();
-  std::string message;
-};
-#define CASE(call, message)              \
-  {                                      \
-#call, [] { (void)(call); }, message \
-  }
+/// A call, its text, and how the line goes on after the name of the function or of its worker.
+using Case = std::tuple<void (*)(), std::string, std::string>;
+#define CASE(call, message) Case([] { (void)(call); }, #call, message)
 
 class Failures : public phone_test::Phone {
  protected:
-  template <std::size_t Count>
-  void expect_logged(const Case (&cases)[Count]) {
-    for (const auto& [text, call, message] : cases) {
+  void expect_logged(const std::vector<Case>& cases) {
+    for (const auto& [call, text, message] : cases) {
       forget_log();
       call();
-      const std::string name(text, std::strcspn(text, "("));
+      const std::string name = text.substr(0, text.find('('));
       ASSERT_EQ(log().size(), 1u) << text;
-      EXPECT_TRUE(logged(name + message) || logged("_" + name + message)) << text << log()[0];
+      EXPECT_TRUE(logged(name + message) || logged("_" + name + message))
+          << text << ": " << log()[0];
     }
   }
 };

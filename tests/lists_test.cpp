@@ -36,9 +36,16 @@ TEST_P(Lists, RandomChangesFollowTheModel) {
   constexpr unsigned kSeed = 20240501;
   std::mt19937 random(kSeed);
   const auto below = [&](int limit) { return static_cast<int>(random() % limit); };
-  if (!list().path.empty()) write_text("<Any/>");
   Entries model;
-  for (int step = 0; step < 180; ++step) {
+  phone_test::Rows rows;
+  for (int id = 1; id <= 60; ++id) {
+    const std::string text = "r" + std::to_string(id);
+    model.push_back({id, 0, text});
+    rows.emplace_back(std::to_string(id), text);
+    if (list().path.empty()) list().add(model.back());
+  }
+  if (!list().path.empty()) write_entries(rows);
+  for (int step = 0; step < 90; ++step) {
     const std::string where = "seed " + std::to_string(kSeed) + ", step " + std::to_string(step);
     int largest = 0;
     for (const Entry& entry : model) largest = std::max(largest, entry.id);

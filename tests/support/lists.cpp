@@ -126,12 +126,12 @@ std::string List::worker_for(const std::string& verb) const {
 }
 
 std::string List::file_of(const Rows& rows) const {
-  std::string entries = "<Note ID=\"90\"/>";
+  std::string entries;
   for (const auto& [id, text] : rows) {
     entries +=
         std::regex_replace(std::regex_replace(row, std::regex("#"), id), std::regex("\\*"), text);
   }
-  return "<Any><" + element + ">" + entries + "</" + element + "></Any>";
+  return "<Any><" + element + ">" + entries + "<Note ID=\"90\"/></" + element + "></Any>";
 }
 
 const std::vector<List> kLists = {

@@ -46,7 +46,7 @@ struct List {
   std::string worker;                      // in messages, with "*" for the verb
 
   std::string worker_for(const std::string& verb) const;
-  /// A file with these entries, after an element that is none.
+  /// A file with these entries, and an element that is none after them.
   std::string file_of(const Rows& rows) const;
 };
 

@@ -56,18 +56,18 @@ class BroadSoftTest : public phone_test::Phone {
     Phone::TearDown();
   }
 
-  const char* page(const std::string& text) {
+  std::string page(const std::string& text) {
     write("/page.xml", text);
-    return (page_ = on_disk("/page.xml")).c_str();
+    return on_disk("/page.xml");
   }
   const BSFT_CONTACT_DATA_T* start(const std::string& text) {
-    return cfg_get_broadsoft_contact_summary(page(text));
+    return cfg_get_broadsoft_contact_summary(page(text).c_str());
   }
   const BSFT_CONTACT_DATA_T* add(const std::string& text) {
-    return cfg_add_broadsoft_contact_summary_to_tail(page(text));
+    return cfg_add_broadsoft_contact_summary_to_tail(page(text).c_str());
   }
   CONTACT_SUMMARY_T* append(int list, const std::string& text, BSFT_CONTACT_POS_T& pos) {
-    return cfg_append_broadsoft_simple_contact_summary(list, page(text), &pos);
+    return cfg_append_broadsoft_simple_contact_summary(list, page(text).c_str(), &pos);
   }
 
   static Numbers full_position() {
@@ -89,9 +89,6 @@ class BroadSoftTest : public phone_test::Phone {
     for (; list != nullptr; list = list->next) names.push_back(name_of(*list));
     return names;
   }
-
- private:
-  std::string page_;
 };
 
 TEST_F(BroadSoftTest, EveryBookHasItsPlaceForEntries) {

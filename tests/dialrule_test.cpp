@@ -2,6 +2,8 @@
 #include <cfgxml/dialrule.h>
 #include <cfgxml/host.h>
 
+#include <thread>
+
 #include "support/lists.h"
 #include "support/phone.h"
 #include "support/records.h"
@@ -84,6 +86,22 @@ TEST_F(DialRules, BlockOutHoldsAnyNumberAndEqualRules) {
   EXPECT_EQ(list.entries().size(), 352u);
   EXPECT_EQ(list.set(999, {0, 0, "r7"}), -1);
   EXPECT_EQ(log(), Log());
+}
+
+TEST_F(DialRules, BlockOutChangesOfTwoThreadsLoseNothing) {
+  const List& list = phone_test::kLists[2];
+  write(list.path, list.file_of(rows(60)));
+  std::thread other([&] {
+    for (int id = 1; id <= 30; ++id) {
+      list.set(id, {0, 7, "changed"});
+      list.remove(id + 30);
+    }
+  });
+  for (int i = 0; i < 60; ++i) list.add({0, 7, "changed"});
+  other.join();
+  const Entries entries = list.entries();
+  EXPECT_EQ(entries.size(), 90u);
+  for (const auto& entry : entries) EXPECT_EQ(entry.value, 7) << entry;
 }
 
 TEST_F(DialRules, AReplacementIsKeptAndChanged) {

@@ -230,6 +230,12 @@ TEST_F(BroadSoftTest, ASimpleListIsOrderedWhenItsLastPageIsIn) {
     EXPECT_EQ(names_of(append(2, personal(page), pos)), names);
     EXPECT_EQ(numbers_of(pos), position);
   }
+  const std::string letters(61, 'x');
+  const std::string person =
+      "<entry>" + element("firstName", letters) + element("lastName", "\xC3\xA4") + "</entry>";
+  EXPECT_EQ(names_of(append(3, personal(position(1, 1, 2) + person), pos)),
+            Texts{"0" + letters + " 0"})
+      << "no half of a character";
 }
 
 TEST_F(BroadSoftTest, SimpleListsAreFoundFromTheKeypadUntilTheyAreFreed) {

@@ -172,7 +172,8 @@ TEST_F(Messages, LabelsNameTheOtherParty) {
                {"", "12", "12"},
                {"", "##", "#"},
                {"Bob", "", "(Bob)"},
-               {longest, "1", "(" + longest.substr(0, 128)}};
+               {longest, "1", "(" + longest.substr(0, 128)},
+               {longest.substr(0, 127) + "\xC3\xA4", "1", "(" + longest.substr(0, 127)}};
   for (const auto& [display, user, label] : cases) {
     for (const Box& box : kBoxes) {
       const std::string other = type_of(box) == CFGXML_INBOX ? "From" : "To";

@@ -1,0 +1,253 @@
+// Contacts, groups and the blacklist.
+#include <cfgxml/phonebook.h>
+
+#include "operations/shapes.h"
+
+namespace operations {
+namespace {
+
+/// The sample's contact in the group "Management", with a photo and a number of its own.
+constexpr int kContact = 15;
+
+/// Nothing can move to the blacklist.
+void with_full_blacklist(World& world) {
+  for (int i = 0; i != CFGXML_BLACKLIST_CAPACITY; ++i) {
+    CONTACT_DATA_T& entry = world.blacklist().Entries[i];
+    entry.Id = i + 1;
+    fill(entry.DisplayName, "Spam " + std::to_string(i));
+  }
+}
+
+/// Contacts that the next write gives a name, or a group.
+void with_loose_contacts(World& world) {
+  fill(world.contacts().Contacts[0].DisplayName, "");
+  fill(world.contacts().Contacts[1].Group, "Nowhere");
+}
+
+/// As the screens do it: reads the record, changes a text or two, and writes it back.
+Result change_contact(World& world, Choices& choices) {
+  CONTACT_DATA_T record{};
+  fill_record(record, choices);
+  CONTACT_DATA_T stored;
+  if (record.Id >= 1 && cfg_get_contact_data(record.Id, &stored) == 0) {
+    record.position = stored.position;
+    if (choices.flag()) std::memcpy(record.DisplayName, stored.DisplayName, 4 * 64);
+  }
+  if (choices.odd(Argument::kContent)) {
+    record.position = choices.odd_number();
+    world.set_positions_kept(false);
+  }
+  CONTACT_DATA_T* argument = choices.argument(record);
+  return with_record(record, [&] { return world.call(cfg_mod_contact_data, argument); });
+}
+
+template <auto Function>
+Result name_check(World& world, Choices& choices) {
+  const char* name = choices.text("Nobody");
+  return number_of(world.call(Function, name, choices.number(-1, -1, 12)));
+}
+
+/// Lists what belongs to a group, or matches a text.
+template <auto Function>
+Result finding(World& world, Choices& choices) {
+  return list_taken(world.call(Function, choices.text("1", Argument::kWords)));
+}
+
+Result list_group(World& world, Choices& choices) {
+  return list_taken(
+      world.call(cfg_get_contact_summary, choices.text("Management", Argument::kWords)));
+}
+
+CONTACT_SUMMARY_T* all_contacts() { return cfg_get_contact_summary(""); }
+
+/// The group by its number or, where it has none, by its name.
+template <bool ByName>
+Result get_group(World& world, Choices& choices) {
+  GROUP_DATA_T record{};
+  if (ByName) {
+    fill(record.Name, choices.odd(Argument::kId) ? "Nobody's" : "Management");
+  } else {
+    fill_record(record, choices);
+    if (record.Id < 1) fill(record.Name, "");
+  }
+  GROUP_DATA_T* argument = choices.argument(record);
+  return with_record(record, [&] { return world.call(cfg_get_group_data, argument); });
+}
+
+template <auto Function>
+Result with_media(World& world, Choices& choices) {
+  const char* name = Function == cfg_del_contact_ring_info ? "Ring2.wav" : "photo13.png";
+  return number_of(world.call(Function, choices.text(name, Argument::kWord)));
+}
+
+Result delete_of_group(World& world, Choices& choices) {
+  return number_of(world.call(cfg_del_contacts_by_group, choices.text("Management")));
+}
+
+}  // namespace
+
+Operations phonebook_operations() {
+  Operations all;
+  // Under their caller's lock.
+  for (const Operation& one : {OPERATION(name_check, is_name_in_contact).needs(kContacts),
+                               OPERATION(name_check, is_name_in_group).needs(kContacts),
+                               OPERATION(name_check, is_name_in_black).needs(kBlacklist)}) {
+    all.push_back(one.fails("0").or_gives("1").is(kQuiet).often(1));
+  }
+  all.push_back(
+      OPERATION(calling, contact_data_sync).after(with_loose_contacts).needs(kContacts).often(1));
+  for (Operation& one : all) one = one.in_callers(Lock::kPhonebook);
+  all.push_back(
+      Operation("cfg_destory_contact_summary", releasing<cfg_destory_contact_summary, all_contacts>)
+          .often(1));
+
+  const Operations locked = {
+      Operation("cfg_get_contact_summary", list_group)
+          .needs(kContacts)
+          .runs_out(kEndsEarly)
+          .often(6),
+      OPERATION(finding, cfg_search_contact_summary).needs(kContacts).runs_out(kEndsEarly).often(6),
+      Operation("cfg_get_contact_data", getting<cfg_get_contact_data, kContact>)
+          .needs(kContacts)
+          .often(6),
+      OPERATION(adding, cfg_add_contact_data)
+          .needs(kContacts)
+          .or_gives("7|17")
+          .runs_out("-1")
+          .fills_index(CFGXML_BOOK_LOCAL)
+          .is(kSaveDropped | kMemoryKept)
+          .often(32),
+      Operation("cfg_mod_contact_data", change_contact)
+          .needs(kContacts)
+          .unknown_gives("4")
+          .out_of_range_gives("4")
+          .or_gives("7")
+          .runs_out("-1")
+          .fills_index(CFGXML_BOOK_LOCAL)
+          .is(kSaveDropped | kMemoryKept | kHoldLock)
+          .often(12),
+      Operation("cfg_del_contact_data", by_id<cfg_del_contact_data, kContact>)
+          .needs(kContacts)
+          .unknown_gives("0")
+          .runs_out("-1")
+          .is(kSaveDropped)
+          .often(8),
+      OPERATION(calling, cfg_del_all_contacts)
+          .needs(kContacts)
+          .runs_out("-1")
+          .is(kSaveDropped | kIndexStale)
+          .often(1),
+      Operation("cfg_del_contacts_by_group", delete_of_group)
+          .needs(kContacts)
+          .runs_out("-1")
+          .is(kSaveDropped | kIndexStale)
+          .often(1),
+      OPERATION(with_media, cfg_del_contact_ring_info)
+          .needs(kContacts)
+          .runs_out("-1")
+          .is(kSaveDropped),
+      OPERATION(with_media, cfg_del_contact_photo_info)
+          .needs(kContacts)
+          .runs_out("-1")
+          .is(kSaveDropped),
+
+      OPERATION(listing, cfg_get_group_summary).needs(kContacts).runs_out(kEndsEarly),
+      Operation("cfg_destory_group_summary",
+                releasing<cfg_destory_group_summary, cfg_get_group_summary>),
+      Operation("cfg_get_group_data", get_group<false>).needs(kContacts).is(kQuiet),
+      Operation("cfg_get_group_data", get_group<true>)
+          .with_story("by_name")
+          .needs(kContacts)
+          .is(kQuiet),
+      OPERATION(adding, cfg_add_group_data)
+          .needs(kContacts)
+          .or_gives("7|14|16")
+          .runs_out("-1")
+          .is(kSaveDropped)
+          .often(4),
+      OPERATION(with_one, cfg_mod_group_data)
+          .needs(kContacts)
+          .unknown_gives("4")
+          .or_gives("-1|7")
+          .runs_out("-1")
+          .is(kSaveDropped)
+          .often(3),
+      OPERATION(by_id, cfg_del_group_data)
+          .needs(kContacts)
+          .unknown_gives("0")
+          .or_gives("-1")
+          .runs_out("-1")
+          .is(kSaveDropped),
+      OPERATION(calling, cfg_del_all_group_data)
+          .needs(kContacts)
+          .runs_out("-1")
+          .is(kSaveDropped)
+          .often(1),
+
+      OPERATION(listing, cfg_get_black_summary).needs(kBlacklist).runs_out(kEndsEarly),
+      OPERATION(finding, cfg_search_black_info).needs(kBlacklist).runs_out(kEndsEarly).often(4),
+      OPERATION(getting, cfg_get_black_data).needs(kBlacklist).often(4),
+      OPERATION(adding, cfg_add_black_data)
+          .needs(kBlacklist)
+          .or_gives("7|18")
+          .runs_out("-1")
+          .is(kSaveDropped)
+          .often(8),
+      OPERATION(with_one, cfg_set_black_data)
+          .needs(kBlacklist)
+          .unknown_gives("4")
+          .out_of_range_gives("4")
+          .or_gives("7")
+          .runs_out("-1")
+          .is(kSaveDropped)
+          .often(6),
+      OPERATION(by_id, cfg_remove_black_data)
+          .needs(kBlacklist)
+          .unknown_gives("0")
+          .runs_out("-1")
+          .is(kSaveDropped)
+          .often(4),
+      OPERATION(calling, cfg_remove_black_all)
+          .needs(kBlacklist)
+          .runs_out("-1")
+          .is(kSaveDropped)
+          .often(1),
+      Operation("cfg_mov_contact_data", by_id<cfg_mov_contact_data, kContact>)
+          .needs(kContacts | kBlacklist)
+          .or_gives("7|18")
+          .runs_out("-1")
+          .is(kSaveDropped)
+          .often(4),
+      OPERATION(by_id, cfg_mov_black_data)
+          .needs(kContacts | kBlacklist)
+          .or_gives("7|17")
+          .runs_out("-1")
+          .fills_index(CFGXML_BOOK_LOCAL)
+          .is(kSaveDropped | kMemoryKept)
+          .often(4),
+  };
+  for (const Operation& one : locked) all.push_back(one.under(Lock::kPhonebook));
+
+  for (const Operation& one : {Operation("mov_contact_data", by_id<mov_contact_data, kContact>)
+                                   .or_gives("7|18")
+                                   .runs_out("-1")
+                                   .is(kSaveDropped),
+                               Operation("mov_contact_data", by_id<mov_contact_data, kContact>)
+                                   .with_story("undone")
+                                   .after(with_full_blacklist)
+                                   .gives("18")
+                                   .runs_out("-1")
+                                   .fills_index(CFGXML_BOOK_LOCAL)
+                                   .is(kMemoryKept | kIndexInPart)
+                                   .never_at_random(),
+                               OPERATION(by_id, mov_black_data)
+                                   .or_gives("7|17")
+                                   .runs_out("-1")
+                                   .fills_index(CFGXML_BOOK_LOCAL)
+                                   .is(kSaveDropped | kMemoryKept)}) {
+    all.push_back(one.needs(kContacts | kBlacklist).in_callers(Lock::kPhonebook));
+  }
+  return all;
+}
+
+}  // namespace operations

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <mutex>
+#include <utility>
 
 namespace host {
 namespace {
@@ -45,6 +46,7 @@ class RecursiveLock {
   }
 
   bool mine() const { return owner_.load(std::memory_order_relaxed) == &held_here; }
+  bool held_once() const { return mine() && depth_ == 1; }
   bool held() const { return owner_.load(std::memory_order_relaxed) != nullptr; }
 
  private:
@@ -54,6 +56,7 @@ class RecursiveLock {
 };
 
 std::array<RecursiveLock, kCount> all_locks;
+locks::Observer the_observer;
 std::atomic<int> faults{0};
 
 /// The order in which locks were taken: [outer][inner], by their places in all_locks.
@@ -87,6 +90,8 @@ void note_order(int inner) {
 
 int locks::faulty_releases() { return faults; }
 
+void locks::observe(Observer observer) { the_observer = std::move(observer); }
+
 int locks::inversions() { return forbidden_nestings; }
 
 int locks::nestings(int outer, int inner) {
@@ -109,14 +114,17 @@ bool locks::held_by_me(int id) {
 int rl_sem_lock(int id) {
   host::RecursiveLock* lock = host::find(id);
   if (lock == nullptr) return -1;
-  if (!lock->mine()) host::note_order(id);
+  const bool first = !lock->mine();
+  if (first) host::note_order(id);
   lock->lock();
   host::held_here |= host::bit_of(id);
+  if (first && host::the_observer) host::the_observer(id, true);
   return 0;
 }
 
 int rl_sem_unlock(int id) {
   host::RecursiveLock* lock = host::find(id);
+  if (lock != nullptr && lock->held_once() && host::the_observer) host::the_observer(id, false);
   if (lock != nullptr && lock->unlock()) {
     if (!lock->mine()) host::held_here &= ~host::bit_of(id);
     return 0;

@@ -3,6 +3,8 @@
 
 #include <cfgxml/host.h>
 
+#include <functional>
+
 namespace host {
 
 /// Holds the lock of contacts and blacklist.
@@ -35,6 +37,13 @@ int held();
 
 /// True when the calling thread holds the lock.
 bool held_by_me(int id);
+
+/// Called by a thread that has taken a lock which it did not hold, and that is about to release one
+/// for good, with the lock held both times.
+using Observer = std::function<void(int id, bool taken)>;
+
+/// Sets the observer, or removes it with nullptr; not safe beside running calls.
+void observe(Observer observer);
 
 }  // namespace locks
 }  // namespace host

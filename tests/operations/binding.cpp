@@ -26,6 +26,11 @@ void with_changes(World& world) {
   fill(world.history().Records[0].RemoteSipName, "197");
 }
 
+template <const auto& Path>
+void damaged(World& world) {
+  world.write(Path, kDamaged);
+}
+
 std::string far_folder(const World& world) {
   return world.on_disk("/tmp/" + std::string(200, 'd'));
 }
@@ -107,41 +112,48 @@ Result look_up_ring(World& world, Choices& /*choices*/) {
 
 Operations binding_operations() {
   // clang-format off
-  return {
-      Operation("cfgxml_cb_init", bind).never_at_random(),
-      Operation("cfgxml_set_root", set_root).after(with_another_root).runs_out("-1")
-          .is(kFreshProcess | kMemoryKept).never_at_random(),
-      Operation("contact_init", load_contacts).after(with_newer_files).under(Lock::kPhonebook)
-          .or_gives("16|17|19").runs_out("-1").is(kIndexStale | kNamed | kHoldLock).often(1),
-      Operation("black_init", load_blacklist).after(with_newer_files).under(Lock::kPhonebook)
-          .needs(kContacts).or_gives("18|19").runs_out("-1").is(kNamed | kHoldLock).often(1),
-      Operation("history_init", load_history).after(with_newer_files).under(Lock::kHistory)
-          .runs_out("-1").is(kHoldLock).often(1),
-      OPERATION(switching, contact_save_init).or_gives("1").often(1),
-      OPERATION(switching, black_save_init).or_gives("1").often(1),
-      OPERATION(switching, history_save_init).or_gives("1").often(1),
-      OPERATION(calling, contact_save).after(with_changes).under(Lock::kPhonebook)
-          .needs(kContacts).lacks("0").runs_out("-1").is(kSaveDropped).never_at_random(),
-      OPERATION(calling, black_save).after(with_changes).under(Lock::kPhonebook)
-          .needs(kBlacklist).lacks("0").runs_out("-1").is(kSaveDropped).never_at_random(),
-      OPERATION(calling, history_save).after(with_changes).in_callers(Lock::kHistory)
-          .needs(kHistory).lacks("0").runs_out("-1").is(kSaveDropped).never_at_random(),
-      OPERATION(calling, contact_delay_save).after(with_changes).under(Lock::kPhonebook)
-          .needs(kContacts).runs_out("-1").is(kHoldLock).often(1),
-      OPERATION(calling, black_delay_save).after(with_changes).under(Lock::kPhonebook)
-          .needs(kBlacklist).runs_out("-1").is(kHoldLock).often(1),
-      OPERATION(calling, history_delay_save).after(with_changes).under(Lock::kHistory)
-          .needs(kHistory).runs_out("-1").often(1),
-      OPERATION(handing_back, contact_deinit),
-      OPERATION(handing_back, black_deinit),
-      OPERATION(handing_back, history_deinit),
-      OPERATION(calling, get_file_xml),
-      OPERATION(calling, save_file_xml).gives("-1"),
-      Operation("find_group_id", look_up_group).gives("3").under(Lock::kPhonebook)
-          .needs(kContacts).lacks("0").or_gives("0"),
-      Operation("find_contacts_ring_url", look_up_ring).gives("Ring2.wav")
-          .under(Lock::kPhonebook).needs(kContacts).lacks("NULL").or_gives("NULL"),
-  };
+  return joined({
+      family(Lock::kNone, 0, 0, {
+          Operation("cfgxml_cb_init", bind).never_at_random(),
+          Operation("cfgxml_set_root", set_root).after(with_another_root).runs_out("-1")
+              .is(kFreshProcess | kMemoryKept).never_at_random(),
+          OPERATION(switching, contact_save_init).also("1"),
+          OPERATION(switching, black_save_init).also("1"),
+          OPERATION(switching, history_save_init).also("1"),
+          OPERATION(handing_back, contact_deinit),
+          OPERATION(handing_back, black_deinit),
+          OPERATION(handing_back, history_deinit),
+          OPERATION(calling, get_file_xml),
+          OPERATION(calling, save_file_xml).gives("-1"),
+      }),
+      family(Lock::kPhonebook, 0, kNamed | kHoldLock, {
+          Operation("contact_init", load_contacts).after(with_newer_files).also("16|17|19")
+              .runs_out("-1").is(kIndexStale).often(1),
+          Operation("black_init", load_blacklist).after(with_newer_files).needs(kContacts)
+              .also("18|19").runs_out("-1").often(1),
+          OPERATION(calling, contact_save).after(with_changes).needs(kContacts).lacks("0").saves(),
+          OPERATION(calling, black_save).after(with_changes).needs(kBlacklist).lacks("0").saves(),
+          OPERATION(calling, contact_delay_save).after(with_changes).needs(kContacts)
+              .runs_out("-1"),
+          OPERATION(calling, contact_delay_save).with_story("damaged")
+              .after(damaged<paths::kContacts>).needs(kContacts).runs_out("-1").is(kBlockLost)
+              .never_at_random(),
+          OPERATION(calling, black_delay_save).after(with_changes).needs(kBlacklist)
+              .runs_out("-1"),
+          Operation("find_group_id", look_up_group).gives("3").needs(kContacts).lacks("0")
+              .also("0"),
+          Operation("find_contacts_ring_url", look_up_ring).gives("Ring2.wav").needs(kContacts)
+              .lacks("NULL").also("NULL"),
+      }),
+      family(Lock::kHistory, 0, kHoldLock, {
+          Operation("history_init", load_history).after(with_newer_files).runs_out("-1").often(1),
+          OPERATION(calling, history_delay_save).after(with_changes).needs(kHistory)
+              .runs_out("-1"),
+      }),
+      in_callers_lock(family(Lock::kHistory, kHistory, 0, {
+          OPERATION(calling, history_save).after(with_changes).lacks("0").saves(),
+      })),
+  });
   // clang-format on
 }
 

@@ -98,7 +98,7 @@ std::string some_keys(Choices& choices) {
 Result search_keys(World& world, Choices& choices) {
   const HostLock hold(Lock::kPhonebook);
   TRIE_RESULT_T* result = nullptr;
-  const char* keys = choices.odd(Argument::kWord) ? nullptr : choices.text(some_keys(choices));
+  const char* keys = choices.text(some_keys(choices), Argument::kWord);
   const int steps = world.call(CfgTrieSearchVague, keys, choices.argument(result));
   world.require(steps >= 0 && steps <= 100, "a search took too many steps");
   if (result != nullptr) check_hits(world, *result, keys);
@@ -245,60 +245,49 @@ Result free_list(World& world, Choices& choices) {
 
 Operations directory_operations() {
   // clang-format off
-  Operations search = {
-      Operation("TrieIncreaseInfo", index_text).runs_out("-1").fills_index(CFGXML_BOOK_COUNT - 1)
-          .is(kMemoryKept | kQuiet).often(4),
-      Operation("TrieDecreaseInfo", remove_text).is(kQuiet).often(4),
-      OPERATION(calling, CfgTrieReloadLocalBookInfo).after(with_empty_index)
-          .under(Lock::kPhonebook).needs(kContacts).runs_out("-1").fills_index(CFGXML_BOOK_LOCAL)
-          .is(kMemoryKept | kIndexInPart),
-      Operation("CfgTrieReloadRemoteBookInfo", index_book).after(with_book).under(Lock::kRemote)
-          .runs_out("-1").fills_index(kFirst).is(kMemoryKept | kIndexInPart | kOwnBooks | kQuiet),
-      Operation("CfgTrieRemoveRemoteBookInfo", remove_book).after(with_indexed_book)
-          .gives("removed").fails("0").refuses("0").is(kOwnBooks | kQuiet),
-      Operation("CfgTrieSearchVague", search_keys).gives("found").fails("nothing")
-          .runs_out("nothing").is(kMemoryKept | kFreshProcess | kOwnBooks | kQuiet).often(20),
-      Operation("CfgTrieSearchOfCount", count_strings).gives("found").fails("nothing").is(kQuiet)
-          .often(8),
-  };
-  const Operations remote = {
-      OPERATION(book_of_path, cfg_get_remote_book_id).or_gives("*").is(kQuiet),
-      Operation("cfg_get_remote_contact_summary", load_book).under(Lock::kRemote)
-          .runs_out(kEndsEarly).is(kOwnBooks).often(3),
-      OPERATION(calling, cfg_get_remote_contact_summary_clone_id).after(with_book).or_gives("*"),
-      Operation("cfg_set_remote_contact_summary_clone_id", choose_book).after(with_book)
-          .is(kQuiet).often(4),
-      OPERATION(getting, cfg_get_remote_contact_data).after(with_book).under(Lock::kRemote)
-          .refuses("5").out_of_range_gives("0").unknown_gives("0").or_gives("-1").is(kOwnBooks)
-          .often(6),
-      OPERATION(finding, cfg_search_remote_contact_info).after(with_book).under(Lock::kRemote)
-          .runs_out(kEndsEarly).is(kOwnBooks).often(6),
-      Operation("cfg_destory_remote_conatct_list", free_book).after(with_book)
-          .under(Lock::kRemote).is(kOwnBooks),
-      Operation("cfg_get_contact_name", name_caller).under(Lock::kPhonebook).gives("Reception")
-          .fails("NULL").needs(kContacts).or_gives("*").runs_out("NULL").is(kQuiet).often(6),
-  };
-  const Operations broadsoft = {
-      OPERATION(read_page, cfg_get_broadsoft_contact_summary).runs_out(kEndsEarly),
-      OPERATION(read_page, cfg_add_broadsoft_contact_summary_to_tail).after(with_full_list)
-          .runs_out(kEndsEarly),
-      OPERATION(getting, cfg_get_broadsoft_contact_data).after(with_full_list).refuses("5")
-          .out_of_range_gives("0").unknown_gives("0").or_gives("-1"),
-      OPERATION(finding, cfg_search_broadsoft_contact_info).after(with_full_list)
-          .runs_out(kEndsEarly).often(4),
-      OPERATION(calling, cfg_destory_broadsoft_conatct_list).after(with_full_list).often(1),
-      Operation("cfg_append_broadsoft_simple_contact_summary", extend_list).runs_out(kEndsEarly)
-          .fills_index(CFGXML_BOOK_BROADSOFT_FIRST).is(kMemoryKept).often(3),
-      Operation("cfg_destory_broadsoft_simple_conatct_list", free_list).after(with_simple_list)
-          .often(1),
-  };
+  return joined({
+      family(Lock::kNone, 0, kQuiet, {
+          Operation("TrieIncreaseInfo", index_text).runs_out("-1")
+              .indexes_in(CFGXML_BOOK_COUNT - 1),
+          Operation("TrieDecreaseInfo", remove_text),
+          Operation("CfgTrieRemoveRemoteBookInfo", remove_book).after(with_indexed_book)
+              .gives("removed").fails("0").is(kOwnBooks),
+          Operation("CfgTrieSearchVague", search_keys).gives("found").fails("nothing")
+              .runs_out("nothing").is(kMemoryKept | kFreshProcess | kOwnBooks).often(20),
+          Operation("CfgTrieSearchOfCount", count_strings).gives("found").fails("nothing"),
+          OPERATION(book_of_path, cfg_get_remote_book_id).also("*"),
+          OPERATION(calling, cfg_get_remote_contact_summary_clone_id).after(with_book).also("*"),
+          Operation("cfg_set_remote_contact_summary_clone_id", choose_book).after(with_book),
+          Operation("cfg_get_broadsoft_conatct_pos", get_position).after(with_full_list),
+      }),
+      family(Lock::kPhonebook, kContacts, kQuiet, {
+          OPERATION(calling, CfgTrieReloadLocalBookInfo).after(with_empty_index).runs_out("-1")
+              .indexes_in(CFGXML_BOOK_LOCAL).is(kIndexInPart),
+          Operation("cfg_get_contact_name", name_caller).gives("Reception").fails("NULL")
+              .also("*").runs_out("NULL"),
+      }),
+      family(Lock::kRemote, 0, kOwnBooks, {
+          Operation("CfgTrieReloadRemoteBookInfo", index_book).after(with_book).runs_out("-1")
+              .indexes_in(kFirst).is(kIndexInPart | kQuiet),
+          Operation("cfg_get_remote_contact_summary", load_book).lists(),
+          OPERATION(getting, cfg_get_remote_contact_data).after(with_book).refuses("5").absent("0")
+              .also("-1"),
+          OPERATION(finding, cfg_search_remote_contact_info).after(with_book).lists(),
+          Operation("cfg_destory_remote_conatct_list", free_book).after(with_book),
+          OPERATION(read_page, cfg_get_broadsoft_contact_summary).lists(),
+          OPERATION(read_page, cfg_add_broadsoft_contact_summary_to_tail).after(with_full_list)
+              .lists(),
+          Operation("cfg_get_broadsoft_contact_data", getting<cfg_get_broadsoft_contact_data, 1, 4>)
+              .after(with_full_list).refuses("5").absent("0").also("-1"),
+          OPERATION(finding, cfg_search_broadsoft_contact_info).after(with_full_list).lists(),
+          OPERATION(calling, cfg_destory_broadsoft_conatct_list).after(with_full_list).often(1),
+          Operation("cfg_append_broadsoft_simple_contact_summary", extend_list).lists()
+              .indexes_in(CFGXML_BOOK_BROADSOFT_FIRST),
+          Operation("cfg_destory_broadsoft_simple_conatct_list", free_list)
+              .after(with_simple_list).often(1),
+      }),
+  });
   // clang-format on
-  search.insert(search.end(), remote.begin(), remote.end());
-  for (const Operation& one : broadsoft) search.push_back(one.under(Lock::kRemote).is(kOwnBooks));
-  search.push_back(Operation("cfg_get_broadsoft_conatct_pos", get_position)
-                       .after(with_full_list)
-                       .is(kOwnBooks | kQuiet));
-  return search;
 }
 
 }  // namespace operations

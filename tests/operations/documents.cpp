@@ -45,9 +45,8 @@ Result add_column(World& world, Choices& /*choices*/) {
   return number_of(added ? 0 : -1);
 }
 
-Result compare_columns(World& world, Choices& choices) {
+Result compare_columns(World& world, Choices& /*choices*/) {
   CSV_CONTACT_LIST_T* list = columns();
-  if (choices.odd(Argument::kContent) && list != nullptr) fill(list->name, "FM");
   const int result = world.call(list_loop_compare, list);
   list_free(list);
   return number_of(result);
@@ -88,9 +87,16 @@ Result export_contacts(World& world, Choices& choices) {
   return number_of(result);
 }
 
-template <auto Function, typename... Arguments>
-Result fixed(World& world, Arguments... arguments) {
-  return number_of(world.call(Function, "x", arguments...));
+/// Kinds that have no CSV form; NULL is as good as any block.
+template <auto Function>
+Result no_csv(World& world, Choices& /*choices*/) {
+  return number_of(world.call(Function, "x", nullptr));
+}
+Result get_nothing(World& world, Choices& /*choices*/) {
+  return number_of(world.call(get_file_csv, "x", 0));
+}
+Result save_nothing(World& world, Choices& /*choices*/) {
+  return number_of(world.call(save_file_csv, "x", nullptr, 0));
 }
 
 // ---- The XML browser
@@ -173,65 +179,64 @@ Result replace_text(World& world, Choices& choices) {
   return number_of(result);
 }
 
+/// They belong to one thread, which may find no object.
+Operations after_screens(Operations operations) {
+  for (Operation& one : operations) {
+    one = one.also("*").is(kOneCaller);
+    if (one.prepare == nullptr) one = one.after(with_screens);
+  }
+  return operations;
+}
+
 }  // namespace
 
 Operations document_operations() {
   // clang-format off
-  const Operations csv = {
-      Operation("is_valid_contact_file_csv", check_header).gives("1").fails("0").runs_out("0")
-          .or_gives("0"),
-      Operation("get_contact_csv_head", read_header).runs_out("-1").is(kQuiet),
-      Operation("list_add_contact_section", add_column).runs_out("-1"),
-      Operation("list_loop_compare", compare_columns).gives("1").or_gives("0"),
-      Operation("list_free", release_columns),
-      Operation("get_contact_csv", import_rows).in_callers(Lock::kPhonebook).runs_out("-1")
-          .is(kIndexStale | kNamed).never_at_random(),
-      Operation("get_community_contact_csv", read_community).runs_out(kEndsEarly),
-      Operation("save_contact_csv", export_contacts).in_callers(Lock::kPhonebook).is(kNamed)
-          .runs_out("-1"),
-      Operation("get_blacklist_csv", [](World& world, Choices&) {
-        return fixed<get_blacklist_csv>(world, &world.blacklist()); }).gives("-1"),
-      Operation("save_blacklist_csv", [](World& world, Choices&) {
-        return fixed<save_blacklist_csv>(world, &world.blacklist()); }).gives("-1"),
-      Operation("get_history_csv", [](World& world, Choices&) {
-        return fixed<get_history_csv>(world, &world.history()); }).gives("-1"),
-      Operation("save_history_csv", [](World& world, Choices&) {
-        return fixed<save_history_csv>(world, &world.history()); }).gives("-1"),
-      Operation("get_file_csv", [](World& world, Choices&) {
-        return fixed<get_file_csv>(world, 0); }),
-      Operation("save_file_csv", [](World& world, Choices&) {
-        return fixed<save_file_csv>(world, static_cast<INI_SECTION_T*>(nullptr), 0); }).gives("-1"),
-  };
-  Operations screens = {
-      Operation("cfg_parse_remote_xml", parse_screen<1>).with_story("menu").runs_out("-1"),
-      Operation("cfg_parse_remote_xml", parse_screen<2>).with_story("text").runs_out("-1"),
-      Operation("cfg_parse_remote_xml", parse_screen<3>).with_story("directory").runs_out("-1"),
-      Operation("cfg_parse_remote_xml", parse_screen<4>).with_story("input").runs_out("-1"),
-      Operation("cfg_parse_remote_xml", parse_screen<5>).with_story("configuration").runs_out("-1"),
-      Operation("cfg_parse_remote_xml", parse_cached).with_story("cached").after(with_cache)
-          .runs_out("-1"),
-      OPERATION(calling, cfg_get_remote_xml_type).gives("5").or_gives("*"),
-      OPERATION(object, cfg_get_text_screen_object).or_gives("-1"),
-      OPERATION(object, cfg_get_text_menu_object).or_gives("-1"),
-      OPERATION(object, cfg_get_xml_browser_directory_object).or_gives("-1"),
-      OPERATION(object, cfg_get_xml_browser_input_screen_object).or_gives("-1"),
-      OPERATION(object, cfg_get_xml_browser_configuration_object).or_gives("-1"),
-      OPERATION(calling, cfg_destory_text_screen_object).or_gives("-1"),
-      OPERATION(calling, cfg_destory_text_menu_object).or_gives("-1"),
-      OPERATION(calling, cfg_destory_xml_browser_directory_object).or_gives("-1"),
-      OPERATION(calling, cfg_destory_xml_browser_input_screen_object).or_gives("-1"),
-      OPERATION(calling, cfg_destory_xml_browser_configuration_object).or_gives("-1"),
-      Operation("cfg_load_local_xml_file_cache", load_cache).runs_out("-1"),
-      OPERATION(calling, cfg_free_local_xml_file_cache).after(with_cache),
-      Operation("xmlbrowser_str_replace", replace_text).runs_out("-1").is(kQuiet),
-  };
+  return joined({
+      family(Lock::kNone, 0, 0, {
+          Operation("is_valid_contact_file_csv", check_header).gives("1").fails("0").runs_out("0"),
+          Operation("get_contact_csv_head", read_header).runs_out("-1").is(kQuiet),
+          Operation("list_add_contact_section", add_column).runs_out("-1"),
+          Operation("list_loop_compare", compare_columns).gives("1"),
+          Operation("list_free", release_columns),
+          Operation("get_community_contact_csv", read_community).lists(),
+          OPERATION(no_csv, get_blacklist_csv).gives("-1"),
+          OPERATION(no_csv, save_blacklist_csv).gives("-1"),
+          OPERATION(no_csv, get_history_csv).gives("-1"),
+          OPERATION(no_csv, save_history_csv).gives("-1"),
+          Operation("get_file_csv", get_nothing),
+          Operation("save_file_csv", save_nothing).gives("-1"),
+      }),
+      in_callers_lock(family(Lock::kPhonebook, 0, kNamed, {
+          Operation("get_contact_csv", import_rows).runs_out("-1").is(kIndexStale)
+              .never_at_random(),
+          Operation("save_contact_csv", export_contacts).runs_out("-1"),
+      })),
+      after_screens({
+          Operation("cfg_parse_remote_xml", parse_screen<1>).with_story("menu").runs_out("-1"),
+          Operation("cfg_parse_remote_xml", parse_screen<2>).with_story("text").runs_out("-1"),
+          Operation("cfg_parse_remote_xml", parse_screen<3>).with_story("directory").runs_out("-1"),
+          Operation("cfg_parse_remote_xml", parse_screen<4>).with_story("input").runs_out("-1"),
+          Operation("cfg_parse_remote_xml", parse_screen<5>).with_story("keys").runs_out("-1"),
+          Operation("cfg_parse_remote_xml", parse_cached).with_story("cached").after(with_cache)
+              .runs_out("-1"),
+          OPERATION(calling, cfg_get_remote_xml_type).gives("5"),
+          OPERATION(object, cfg_get_text_screen_object),
+          OPERATION(object, cfg_get_text_menu_object),
+          OPERATION(object, cfg_get_xml_browser_directory_object),
+          OPERATION(object, cfg_get_xml_browser_input_screen_object),
+          OPERATION(object, cfg_get_xml_browser_configuration_object),
+          OPERATION(calling, cfg_destory_text_screen_object),
+          OPERATION(calling, cfg_destory_text_menu_object),
+          OPERATION(calling, cfg_destory_xml_browser_directory_object),
+          OPERATION(calling, cfg_destory_xml_browser_input_screen_object),
+          OPERATION(calling, cfg_destory_xml_browser_configuration_object),
+          Operation("cfg_load_local_xml_file_cache", load_cache).runs_out("-1"),
+          OPERATION(calling, cfg_free_local_xml_file_cache).after(with_cache),
+          Operation("xmlbrowser_str_replace", replace_text).runs_out("-1").is(kQuiet),
+      }),
+  });
   // clang-format on
-  Operations all = csv;
-  for (const Operation& one : screens) {
-    const bool prepared = one.prepare != nullptr;
-    all.push_back(prepared ? one.is(kOneCaller) : one.after(with_screens).is(kOneCaller));
-  }
-  return all;
 }
 
 }  // namespace operations

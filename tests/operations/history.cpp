@@ -1,4 +1,5 @@
 // The call history.
+#include <cfgxml/binding.h>
 #include <cfgxml/history.h>
 #include <cfgxml/phonebook.h>
 
@@ -30,6 +31,11 @@ Result with_table(World& world, Choices& choices) {
   return number_of(world.call(Function, "", choices.argument(world.history())));
 }
 
+template <auto Function>
+Result load(World& world, Choices& /*choices*/) {
+  return number_of(world.call(Function, &world.history()));
+}
+
 /// The calls alone: who called may not be found in a phonebook that ends early.
 Result list_calls(World& world, Choices& /*choices*/) {
   Result result = list_of({});
@@ -58,14 +64,14 @@ Result fill_set(World& world, Choices& choices) {
 Result name_in_set(World& world, Choices& choices) {
   const auto set = std::make_unique<HISTORY_SUMMARY_SET_T>();
   cfg_get_history_summary_set(set.get());
-  set->sync_id = choices.id(kCall);
+  set->sync_id = choices.number(kCall, 1, 12);
+  const auto before = std::make_unique<HISTORY_SUMMARY_SET_T>(*set);
   auto* argument = choices.argument(*set);
-  Result result = with_record(
-      *set, [&] { return world.call([&] { return cfg_summary_sync_out(argument), 0; }); });
-  world.require(set->sync_index >= 0 && set->sync_index < CFGXML_HISTORY_CAPACITY,
-                "the named entry is in no set");
-  result.text = result.record != result.given ? "0" : "-1";
-  return result;
+  world.call([&] { return cfg_summary_sync_out(argument), 0; });
+  const int index = set->sync_index;
+  world.require(index >= 0 && index < CFGXML_HISTORY_CAPACITY, "an entry of no set was named");
+  const bool named = bytes_of(set->entries[index]) != bytes_of(before->entries[index]);
+  return text_of(named ? "named" : "not named");
 }
 
 Result delete_type(World& world, Choices& choices) {
@@ -76,36 +82,34 @@ Result delete_type(World& world, Choices& choices) {
 
 Operations history_operations() {
   // clang-format off
-  Operations all = {
-      Operation("cfg_get_history_summary", list_calls).runs_out(kEndsEarly).often(4),
-      Operation("cfg_destory_history_summary",
-                releasing<cfg_destory_history_summary, cfg_get_history_summary>),
-      Operation("cfg_get_history_summary_set", fill_set).often(4),
-      Operation("cfg_get_history_data", getting<cfg_get_history_data, kCall>)
-          .after(with_known_caller).runs_out("-1").is(kNamed).often(6),
-      OPERATION(adding, cfg_add_history).runs_out("-1").is(kSaveDropped).often(10),
-      Operation("cfg_mod_history", setting<cfg_mod_history, kCall>).out_of_range_gives("0")
-          .unknown_gives("0").runs_out("-1").is(kSaveDropped).often(4),
-      Operation("cfg_del_history", by_id<cfg_del_history, kCall>).unknown_gives("0")
-          .runs_out("-1").is(kSaveDropped).often(3),
-      Operation("cfg_del_all_history", delete_type).runs_out("-1").is(kSaveDropped).often(1),
-  };
-  for (Operation& one : all) one = one.under(Lock::kHistory).needs(kHistory);
-  for (const Operation& one : {
-      Operation("cfg_summary_sync_out", name_in_set).after(with_known_caller)
-          .under(Lock::kPhonebook).needs(kContacts).out_of_range_gives("0").unknown_gives("0")
-          .runs_out("-1|0"),
-      OPERATION(with_table, get_history_xml).after(with_older_calls).in_callers(Lock::kHistory)
-          .runs_out("-1").never_at_random(),
-      OPERATION(with_table, get_history_xml).with_story("damaged").after(damaged)
-          .in_callers(Lock::kHistory).runs_out("-1").is(kBlockLost).never_at_random(),
-      OPERATION(with_table, save_history_xml).in_callers(Lock::kHistory).runs_out("-1")
-          .never_at_random(),
-      OPERATION(with_table, save_history_xml).with_story("damaged").after(damaged)
-          .in_callers(Lock::kHistory).runs_out("-1").is(kBlockLost).never_at_random(),
-  }) all.push_back(one);
+  return joined({
+      family(Lock::kHistory, kHistory, 0, {
+          Operation("cfg_get_history_summary", list_calls).lists(),
+          Operation("cfg_destory_history_summary",
+                    releasing<cfg_destory_history_summary, cfg_get_history_summary>),
+          Operation("cfg_get_history_summary_set", fill_set),
+          Operation("cfg_get_history_data", getting<cfg_get_history_data, kCall>)
+              .after(with_known_caller).runs_out("-1").is(kNamed),
+          OPERATION(adding, cfg_add_history).saves().often(10),
+          Operation("cfg_mod_history", setting<cfg_mod_history, kCall>).absent("0").saves(),
+          Operation("cfg_del_history", by_id<cfg_del_history, kCall>).unknown_gives("0").saves(),
+          Operation("cfg_del_all_history", delete_type).saves().often(1),
+      }),
+      family(Lock::kHistory, 0, 0, {
+          OPERATION(load, history_init).with_story("damaged").after(damaged).runs_out("-1")
+              .is(kBlockLost).never_at_random(),
+      }),
+      in_callers_lock(family(Lock::kHistory, 0, 0, {
+          OPERATION(with_table, get_history_xml).after(with_older_calls).runs_out("-1")
+              .never_at_random(),
+          OPERATION(with_table, save_history_xml).runs_out("-1").never_at_random(),
+      })),
+      family(Lock::kPhonebook, kContacts, kNamed, {
+          Operation("cfg_summary_sync_out", name_in_set).after(with_known_caller).gives("named")
+              .fails("not named").runs_out("not named"),
+      }),
+  });
   // clang-format on
-  return all;
 }
 
 }  // namespace operations

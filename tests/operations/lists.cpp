@@ -58,85 +58,66 @@ Result save_notifications(World& world, Choices& choices) {
   return number_of(world.call(cfg_save_notification_list, choices.argument(first)));
 }
 
-// One row per function of a list of rules, or of a box.
+// A row per function of a list of rules, or of a box.
 
-#define RULES(list, unknown)                                                    \
-  OPERATION(listing, cfg_get_##list##_list).runs_out(kEndsEarly),               \
-      OPERATION(getting, cfg_get_##list##_data).runs_out("-1").is(kQuiet),      \
-      OPERATION(adding, cfg_add_##list##_data).or_gives("7|10").runs_out("-1"), \
-      OPERATION(setting, cfg_set_##list##_data)                                 \
-          .out_of_range_gives(unknown)                                          \
-          .unknown_gives(unknown)                                               \
-          .or_gives("7")                                                        \
-          .runs_out("-1")                                                       \
-          .is(kQuiet),                                                          \
-      OPERATION(by_id, cfg_remove_##list##_data)                                \
-          .out_of_range_gives("0")                                              \
-          .unknown_gives("0")                                                   \
-          .runs_out("-1")
+#define RULES(list, absent_rule)                                                              \
+  OPERATION(listing, cfg_get_##list##_list).lists(),                                          \
+      OPERATION(getting, cfg_get_##list##_data).runs_out("-1").is(kQuiet),                    \
+      OPERATION(adding, cfg_add_##list##_data).also("7|10").runs_out("-1"),                   \
+      OPERATION(setting, cfg_set_##list##_data).absent(absent_rule).also("7").runs_out("-1").is(kQuiet), \
+      OPERATION(by_id, cfg_remove_##list##_data).absent("0").runs_out("-1")
 
-#define BOX(box)                                                 \
-  OPERATION(listing, cfg_get_##box##_list).runs_out(kEndsEarly), \
-      OPERATION(getting, cfg_get_##box##_data).runs_out("-1"),   \
-      OPERATION(setting, cfg_set_##box##_data).runs_out("-1"),   \
-      OPERATION(adding, cfg_add_##box##_data).runs_out("-1"),    \
-      OPERATION(by_id, cfg_remove_##box##_data)                  \
-          .out_of_range_gives("0")                               \
-          .unknown_gives("0")                                    \
-          .runs_out("-1"),                                       \
+#define BOX(box)                                                            \
+  OPERATION(listing, cfg_get_##box##_list).lists(),                         \
+      OPERATION(getting, cfg_get_##box##_data).runs_out("-1"),              \
+      OPERATION(setting, cfg_set_##box##_data).runs_out("-1"),              \
+      OPERATION(adding, cfg_add_##box##_data).runs_out("-1"),               \
+      OPERATION(by_id, cfg_remove_##box##_data).absent("0").runs_out("-1"), \
       OPERATION(calling, cfg_remove_##box##_all).runs_out("-1").often(1)
-
-Operations under(Lock lock, unsigned traits, Operations operations) {
-  for (Operation& one : operations) one = one.under(lock).is(traits);
-  return operations;
-}
 
 }  // namespace
 
 Operations list_operations() {
   // clang-format off
-  const Operations kinds[] = {
-      under(Lock::kDialNow, 0, {
+  return joined({
+      family(Lock::kDialNow, 0, 0, {
           RULES(dialnow, "4"),
           OPERATION(adding, cfg_add_dialnow_data).with_story("damaged")
               .after(damaged<paths::kDialNow>).runs_out("-1").is(kBlockLost).never_at_random(),
           Operation("cfg_upload_dialnow", uploading<cfg_upload_dialnow, kNowRules>)
               .runs_out("-1").is(kFileReplaced).often(1),
       }),
-      under(Lock::kDialReplace, 0, {
+      family(Lock::kDialReplace, 0, 0, {
           RULES(dialreplace, "4"),
           Operation("cfg_upload_dialreplace", uploading<cfg_upload_dialreplace, kReplaceRules>)
               .runs_out("-1").is(kFileReplaced).often(1),
       }),
-      under(Lock::kNone, kQuiet, {RULES(blockout, "-1")}),
-      under(Lock::kMessages, kQuiet, {
+      family(Lock::kNone, 0, kQuiet, {RULES(blockout, "-1")}),
+      family(Lock::kMessages, 0, kQuiet, {
           BOX(inbox), BOX(outbox), BOX(sentbox), BOX(draftbox),
           OPERATION(adding, cfg_add_outbox_data).with_story("damaged")
               .after(damaged<paths::kMessages>).runs_out("-1").is(kBlockLost).never_at_random(),
-          OPERATION(listing, cfg_get_all_sms_details_list).runs_out(kEndsEarly),
-          OPERATION(calling, cfg_get_inbox_unread).gives("1").or_gives("*").runs_out("-1"),
+          OPERATION(listing, cfg_get_all_sms_details_list).lists(),
+          OPERATION(calling, cfg_get_inbox_unread).gives("3").also("*").runs_out("-1"),
       }),
-      under(Lock::kTimezones, 0, {
-          OPERATION(listing, cfg_get_timezone_list).runs_out(kEndsEarly).often(1),
-          OPERATION(calling, cfg_match_timezone_name).runs_out("-1").often(1),
+      family(Lock::kTimezones, 0, 0, {
+          OPERATION(listing, cfg_get_timezone_list).lists().often(1),
+          Operation("cfg_match_timezone_name", match_name).after(with_wrong_name).runs_out("-1"),
       }),
-      under(Lock::kNone, 0, {
+      family(Lock::kNone, 0, 0, {
           Operation("cfg_destory_timezone_list",
-                    releasing<cfg_destory_timezone_list, cfg_get_timezone_list>).often(1),
-          Operation("cfg_get_dst_info_by_timezone", daylight).runs_out("-1").is(kQuiet).often(1),
-          OPERATION(listing, cfg_get_notification_list).runs_out(kEndsEarly).often(1),
+                    releasing<cfg_destory_timezone_list, cfg_get_timezone_list>),
+          Operation("cfg_get_dst_info_by_timezone", daylight).runs_out("-1").is(kQuiet),
+          OPERATION(listing, cfg_get_notification_list).lists(),
           Operation("cfg_destory_notification_list",
-                    releasing<cfg_destory_notification_list, cfg_get_notification_list>).often(1),
-          Operation("cfg_save_notification_list", save_notifications).runs_out("-1").often(1),
+                    releasing<cfg_destory_notification_list, cfg_get_notification_list>),
+          Operation("cfg_save_notification_list", save_notifications).runs_out("-1"),
           Operation("cfg_save_notification_list", save_notifications).with_story("damaged")
               .after(damaged<paths::kNotifications>).runs_out("-1").is(kBlockLost)
               .never_at_random(),
       }),
-  };
+  });
   // clang-format on
-  Operations all;
-  for (const Operations& kind : kinds) all.insert(all.end(), kind.begin(), kind.end());
-  return all;
 }
 
 }  // namespace operations

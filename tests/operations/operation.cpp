@@ -42,16 +42,26 @@ bool is_one_of(const std::string& texts, const std::string& text) {
   return ("|" + texts + "|").find("|" + text + "|") != std::string::npos;
 }
 
+Operations family(Lock lock, unsigned blocks, unsigned traits, Operations operations) {
+  for (Operation& one : operations) one = one.under(lock).needs(blocks).is(traits);
+  return operations;
+}
+
+Operations in_callers_lock(Operations operations) {
+  for (Operation& one : operations) one = one.in_callers(one.lock);
+  return operations;
+}
+
+Operations joined(const std::vector<Operations>& families) {
+  Operations all;
+  for (const Operations& one : families) all.insert(all.end(), one.begin(), one.end());
+  return all;
+}
+
 const Operations& all() {
-  static const Operations operations = [] {
-    Operations all;
-    for (const Operations& some :
-         {binding_operations(), phonebook_operations(), phonebook_file_operations(),
-          history_operations(), list_operations(), directory_operations(), document_operations()}) {
-      all.insert(all.end(), some.begin(), some.end());
-    }
-    return all;
-  }();
+  static const Operations operations = joined(
+      {binding_operations(), phonebook_operations(), phonebook_file_operations(),
+       history_operations(), list_operations(), directory_operations(), document_operations()});
   return operations;
 }
 

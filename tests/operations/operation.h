@@ -72,32 +72,30 @@ struct Operation {
 
   Operation(const char* function, Result (*make)(World&, Choices&)) : name(function), call(make) {}
 
-  // Rows read as sentences: each gives the operation with one thing changed.
+  // Rows read as sentences: each of these gives the operation with something changed.
   Operation with_story(const char* text) const { return with(&Operation::story, text); }
-  Operation after(void (*preparation)(World&)) const {
-    return with(&Operation::prepare, preparation);
-  }
+  Operation after(void (*first)(World&)) const { return with(&Operation::prepare, first); }
   Operation under(Lock taken) const { return with(&Operation::lock, taken); }
   Operation in_callers(Lock held) const { return under(held).with(&Operation::callers_lock, true); }
   Operation gives(const char* result) const { return with(&Operation::success, result); }
   /// Whatever is wrong with the arguments, and without blocks.
   Operation fails(const char* result) const {
-    return refuses(result).with(&Operation::unknown, result).lacks(result);
+    return refuses(result).absent(result).with(&Operation::without_blocks, result);
   }
-  Operation refuses(const char* result) const {
-    return with(&Operation::refused, result).with(&Operation::out_of_range, result);
-  }
-  Operation out_of_range_gives(const char* result) const {
-    return with(&Operation::out_of_range, result);
-  }
+  Operation refuses(const char* result) const { return with(&Operation::refused, result); }
   Operation unknown_gives(const char* result) const { return with(&Operation::unknown, result); }
-  Operation or_gives(const char* results) const { return with(&Operation::others, results); }
-  Operation needs(unsigned lists) const { return with(&Operation::blocks, lists); }
+  Operation absent(const char* result) const {
+    return unknown_gives(result).with(&Operation::out_of_range, result);
+  }
+  Operation also(const char* results) const { return with(&Operation::others, results); }
+  Operation needs(unsigned of_host) const { return with(&Operation::blocks, blocks | of_host); }
   Operation lacks(const char* result) const { return with(&Operation::without_blocks, result); }
   Operation runs_out(const char* results) const {
     return with(&Operation::without_memory, results);
   }
-  Operation fills_index(int book) const { return with(&Operation::indexes, book); }
+  Operation lists() const { return runs_out(kEndsEarly); }
+  Operation saves() const { return runs_out("-1").is(kSaveDropped); }
+  Operation indexes_in(int book) const { return with(&Operation::indexes, book).is(kMemoryKept); }
   Operation is(unsigned added) const { return with(&Operation::traits, traits | added); }
   Operation often(int times) const { return with(&Operation::weight, times); }
   Operation never_at_random() const { return often(0); }
@@ -116,6 +114,11 @@ struct Operation {
 };
 
 using Operations = std::vector<Operation>;
+
+/// Operations that have the lock, the blocks and the traits in common, beside those of their own.
+Operations family(Lock lock, unsigned blocks, unsigned traits, Operations operations);
+Operations in_callers_lock(Operations operations);
+Operations joined(const std::vector<Operations>& families);
 
 Operations binding_operations();
 Operations phonebook_operations();

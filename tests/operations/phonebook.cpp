@@ -55,7 +55,7 @@ Result finding(World& world, Choices& choices) {
 
 Result list_group(World& world, Choices& choices) {
   return list_taken(
-      world.call(cfg_get_contact_summary, choices.text("Management", Argument::kWords)));
+      world.call(cfg_get_contact_summary, choices.text("Management", Argument::kWord)));
 }
 
 CONTACT_SUMMARY_T* all_contacts() { return cfg_get_contact_summary(""); }
@@ -87,167 +87,66 @@ Result delete_of_group(World& world, Choices& choices) {
 }  // namespace
 
 Operations phonebook_operations() {
-  Operations all;
-  // Under their caller's lock.
-  for (const Operation& one : {OPERATION(name_check, is_name_in_contact).needs(kContacts),
-                               OPERATION(name_check, is_name_in_group).needs(kContacts),
-                               OPERATION(name_check, is_name_in_black).needs(kBlacklist)}) {
-    all.push_back(one.fails("0").or_gives("1").is(kQuiet).often(1));
-  }
-  all.push_back(
-      OPERATION(calling, contact_data_sync).after(with_loose_contacts).needs(kContacts).often(1));
-  for (Operation& one : all) one = one.in_callers(Lock::kPhonebook);
-  all.push_back(
-      Operation("cfg_destory_contact_summary", releasing<cfg_destory_contact_summary, all_contacts>)
-          .often(1));
-
-  const Operations locked = {
-      Operation("cfg_get_contact_summary", list_group)
-          .needs(kContacts)
-          .runs_out(kEndsEarly)
-          .often(6),
-      OPERATION(finding, cfg_search_contact_summary).needs(kContacts).runs_out(kEndsEarly).often(6),
-      Operation("cfg_get_contact_data", getting<cfg_get_contact_data, kContact>)
-          .needs(kContacts)
-          .often(6),
-      OPERATION(adding, cfg_add_contact_data)
-          .needs(kContacts)
-          .or_gives("7|17")
-          .runs_out("-1")
-          .fills_index(CFGXML_BOOK_LOCAL)
-          .is(kSaveDropped | kMemoryKept)
-          .often(32),
-      Operation("cfg_mod_contact_data", change_contact)
-          .needs(kContacts)
-          .unknown_gives("4")
-          .out_of_range_gives("4")
-          .or_gives("7")
-          .runs_out("-1")
-          .fills_index(CFGXML_BOOK_LOCAL)
-          .is(kSaveDropped | kMemoryKept | kHoldLock)
-          .often(12),
-      Operation("cfg_del_contact_data", by_id<cfg_del_contact_data, kContact>)
-          .needs(kContacts)
-          .unknown_gives("0")
-          .runs_out("-1")
-          .is(kSaveDropped)
-          .often(8),
-      OPERATION(calling, cfg_del_all_contacts)
-          .needs(kContacts)
-          .runs_out("-1")
-          .is(kSaveDropped | kIndexStale)
-          .often(1),
-      Operation("cfg_del_contacts_by_group", delete_of_group)
-          .needs(kContacts)
-          .runs_out("-1")
-          .is(kSaveDropped | kIndexStale)
-          .often(1),
-      OPERATION(with_media, cfg_del_contact_ring_info)
-          .needs(kContacts)
-          .runs_out("-1")
-          .is(kSaveDropped),
-      OPERATION(with_media, cfg_del_contact_photo_info)
-          .needs(kContacts)
-          .runs_out("-1")
-          .is(kSaveDropped),
-
-      OPERATION(listing, cfg_get_group_summary).needs(kContacts).runs_out(kEndsEarly),
-      Operation("cfg_destory_group_summary",
-                releasing<cfg_destory_group_summary, cfg_get_group_summary>),
-      Operation("cfg_get_group_data", get_group<false>).needs(kContacts).is(kQuiet),
-      Operation("cfg_get_group_data", get_group<true>)
-          .with_story("by_name")
-          .needs(kContacts)
-          .is(kQuiet),
-      OPERATION(adding, cfg_add_group_data)
-          .needs(kContacts)
-          .or_gives("7|14|16")
-          .runs_out("-1")
-          .is(kSaveDropped)
-          .often(4),
-      OPERATION(with_one, cfg_mod_group_data)
-          .needs(kContacts)
-          .unknown_gives("4")
-          .or_gives("-1|7")
-          .runs_out("-1")
-          .is(kSaveDropped)
-          .often(3),
-      OPERATION(by_id, cfg_del_group_data)
-          .needs(kContacts)
-          .unknown_gives("0")
-          .or_gives("-1")
-          .runs_out("-1")
-          .is(kSaveDropped),
-      OPERATION(calling, cfg_del_all_group_data)
-          .needs(kContacts)
-          .runs_out("-1")
-          .is(kSaveDropped)
-          .often(1),
-
-      OPERATION(listing, cfg_get_black_summary).needs(kBlacklist).runs_out(kEndsEarly),
-      OPERATION(finding, cfg_search_black_info).needs(kBlacklist).runs_out(kEndsEarly).often(4),
-      OPERATION(getting, cfg_get_black_data).needs(kBlacklist).often(4),
-      OPERATION(adding, cfg_add_black_data)
-          .needs(kBlacklist)
-          .or_gives("7|18")
-          .runs_out("-1")
-          .is(kSaveDropped)
-          .often(8),
-      OPERATION(with_one, cfg_set_black_data)
-          .needs(kBlacklist)
-          .unknown_gives("4")
-          .out_of_range_gives("4")
-          .or_gives("7")
-          .runs_out("-1")
-          .is(kSaveDropped)
-          .often(6),
-      OPERATION(by_id, cfg_remove_black_data)
-          .needs(kBlacklist)
-          .unknown_gives("0")
-          .runs_out("-1")
-          .is(kSaveDropped)
-          .often(4),
-      OPERATION(calling, cfg_remove_black_all)
-          .needs(kBlacklist)
-          .runs_out("-1")
-          .is(kSaveDropped)
-          .often(1),
-      Operation("cfg_mov_contact_data", by_id<cfg_mov_contact_data, kContact>)
-          .needs(kContacts | kBlacklist)
-          .or_gives("7|18")
-          .runs_out("-1")
-          .is(kSaveDropped)
-          .often(4),
-      OPERATION(by_id, cfg_mov_black_data)
-          .needs(kContacts | kBlacklist)
-          .or_gives("7|17")
-          .runs_out("-1")
-          .fills_index(CFGXML_BOOK_LOCAL)
-          .is(kSaveDropped | kMemoryKept)
-          .often(4),
-  };
-  for (const Operation& one : locked) all.push_back(one.under(Lock::kPhonebook));
-
-  for (const Operation& one : {Operation("mov_contact_data", by_id<mov_contact_data, kContact>)
-                                   .or_gives("7|18")
-                                   .runs_out("-1")
-                                   .is(kSaveDropped),
-                               Operation("mov_contact_data", by_id<mov_contact_data, kContact>)
-                                   .with_story("undone")
-                                   .after(with_full_blacklist)
-                                   .gives("18")
-                                   .runs_out("-1")
-                                   .fills_index(CFGXML_BOOK_LOCAL)
-                                   .is(kMemoryKept | kIndexInPart)
-                                   .never_at_random(),
-                               OPERATION(by_id, mov_black_data)
-                                   .or_gives("7|17")
-                                   .runs_out("-1")
-                                   .fills_index(CFGXML_BOOK_LOCAL)
-                                   .is(kSaveDropped | kMemoryKept)}) {
-    all.push_back(one.needs(kContacts | kBlacklist).in_callers(Lock::kPhonebook));
-  }
-  return all;
+  // clang-format off
+  return joined({
+      family(Lock::kPhonebook, kContacts, 0, {
+          Operation("cfg_get_contact_summary", list_group).lists(),
+          OPERATION(finding, cfg_search_contact_summary).lists(),
+          Operation("cfg_get_contact_data", getting<cfg_get_contact_data, kContact>),
+          OPERATION(adding, cfg_add_contact_data).also("7|17").saves()
+              .indexes_in(CFGXML_BOOK_LOCAL).often(32),
+          Operation("cfg_mod_contact_data", change_contact).absent("4").also("7").saves()
+              .indexes_in(CFGXML_BOOK_LOCAL).is(kHoldLock).often(12),
+          Operation("cfg_del_contact_data", by_id<cfg_del_contact_data, kContact>)
+              .unknown_gives("0").saves(),
+          OPERATION(calling, cfg_del_all_contacts).saves().is(kIndexStale).often(1),
+          Operation("cfg_del_contacts_by_group", delete_of_group).saves().is(kIndexStale).often(1),
+          OPERATION(with_media, cfg_del_contact_ring_info).saves(),
+          OPERATION(with_media, cfg_del_contact_photo_info).saves(),
+          OPERATION(listing, cfg_get_group_summary).lists(),
+          Operation("cfg_get_group_data", get_group<false>).is(kQuiet),
+          Operation("cfg_get_group_data", get_group<true>).with_story("by_name").is(kQuiet),
+          OPERATION(adding, cfg_add_group_data).also("7|14|16").saves(),
+          OPERATION(with_one, cfg_mod_group_data).unknown_gives("4").also("-1|7").saves(),
+          OPERATION(by_id, cfg_del_group_data).unknown_gives("0").also("-1").saves(),
+          OPERATION(calling, cfg_del_all_group_data).saves().often(1),
+          Operation("cfg_mov_contact_data", by_id<cfg_mov_contact_data, kContact>)
+              .also("7|18").saves().is(kNamed).often(4),
+      }),
+      family(Lock::kPhonebook, kBlacklist, 0, {
+          OPERATION(listing, cfg_get_black_summary).lists(),
+          OPERATION(finding, cfg_search_black_info).lists(),
+          OPERATION(getting, cfg_get_black_data),
+          OPERATION(adding, cfg_add_black_data).also("7|18").saves().often(8),
+          OPERATION(with_one, cfg_set_black_data).absent("4").also("7").saves().often(6),
+          OPERATION(by_id, cfg_remove_black_data).unknown_gives("0").saves(),
+          OPERATION(calling, cfg_remove_black_all).saves().often(1),
+          OPERATION(by_id, cfg_mov_black_data).also("7|17").saves().indexes_in(CFGXML_BOOK_LOCAL)
+              .is(kNamed).often(4),
+      }),
+      in_callers_lock(family(Lock::kPhonebook, 0, kQuiet, {
+          OPERATION(name_check, is_name_in_contact).needs(kContacts).fails("0").also("1"),
+          OPERATION(name_check, is_name_in_group).needs(kContacts).fails("0").also("1"),
+          OPERATION(name_check, is_name_in_black).needs(kBlacklist).fails("0").also("1"),
+          OPERATION(calling, contact_data_sync).after(with_loose_contacts).needs(kContacts),
+          Operation("mov_contact_data", by_id<mov_contact_data, kContact>).needs(kContacts)
+              .also("7|18").saves().is(kNamed),
+          Operation("mov_contact_data", by_id<mov_contact_data, kContact>).with_story("undone")
+              .after(with_full_blacklist).gives("18").needs(kContacts).runs_out("-1")
+              .indexes_in(CFGXML_BOOK_LOCAL).is(kIndexInPart | kNamed).never_at_random(),
+          OPERATION(by_id, mov_black_data).needs(kBlacklist).also("7|17").saves()
+              .indexes_in(CFGXML_BOOK_LOCAL).is(kNamed),
+      })),
+      family(Lock::kPhonebook, 0, kNamed, {
+          Operation("cfg_destory_group_summary",
+                    releasing<cfg_destory_group_summary, cfg_get_group_summary>),
+      }),
+      family(Lock::kNone, 0, kNamed | kQuiet, {
+          Operation("cfg_destory_contact_summary",
+                    releasing<cfg_destory_contact_summary, all_contacts>),
+      }),
+  });
+  // clang-format on
 }
 
 }  // namespace operations

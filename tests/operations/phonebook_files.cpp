@@ -30,11 +30,6 @@ void with_many_contacts(World& world) {
   world.write(kOthers, text + "</Group></ContactData>");
 }
 
-template <const auto& Path>
-void damaged(World& world) {
-  world.write(Path, kDamaged);
-}
-
 /// The host's block as an argument.
 CONTACT_DATA_LIST_T* contact_block(World& world, Choices& choices) {
   return choices.argument(world.contacts());
@@ -61,8 +56,8 @@ Result with_blacklist(World& world, Choices& choices) {
 Result write_community(World& world, Choices& choices) {
   GROUP_SUMMARY_T home{1, "Home", "Auto", "", nullptr};
   COMMUNITY_CONTACT_T dora{};
-  fill_record(dora.Contact, choices);
   dora.Contact.Id = 1;
+  fill(dora.Contact.DisplayName, choices.name("Dora"));
   fill(dora.Contact.Group, "Home");
   COMMUNITY_DATA_T data{{nullptr, nullptr}, &home, &dora};
   const char* path = world.target(choices, "/import/community.xml", Argument::kWord);
@@ -83,36 +78,36 @@ Result importing(World& world, Choices& choices) {
 
 Operations phonebook_file_operations() {
   // clang-format off
-  return {
-      Operation("get_contact_xml", read_contacts).in_callers(Lock::kPhonebook).runs_out("-1")
-          .is(kIndexStale | kNamed).never_at_random(),
-      Operation("get_contact_xml", read_contacts).with_story("many").after(with_many_contacts)
-          .in_callers(Lock::kPhonebook).runs_out("-1").is(kIndexStale | kNamed | kBlockLost)
-          .never_at_random(),
-      Operation("save_contact_xml", write_contacts).under(Lock::kPhonebook).is(kNamed)
-          .runs_out("-1").never_at_random(),
-      Operation("save_contact_xml", write_contacts).with_story("damaged")
-          .after(damaged<paths::kContacts>).under(Lock::kPhonebook).is(kNamed | kBlockLost)
-          .runs_out("-1").never_at_random(),
-      Operation("save_community_xml", write_community).under(Lock::kPhonebook).runs_out("-1"),
-      OPERATION(with_blacklist, get_blacklist_xml).after(with_another_blacklist)
-          .in_callers(Lock::kPhonebook).needs(kContacts).runs_out("-1").never_at_random(),
-      OPERATION(with_blacklist, save_blacklist_xml).under(Lock::kPhonebook).runs_out("-1")
-          .never_at_random(),
-      Operation("is_valid_contact_file_xml", importing<is_valid_contact_file_xml, kOthers, nullptr>)
-          .gives("1").fails("0").runs_out("0"),
-      Operation("copy_contact_xml", importing<copy_contact_xml, kOthers, nullptr>).runs_out("-1")
-          .is(kIndexStale).never_at_random(),
-      Operation("cfg_upload_contact", importing<cfg_upload_contact, kOthers, contact_save>)
-          .with_story("xml").under(Lock::kPhonebook).needs(kContacts).or_gives("16|17|19")
-          .runs_out("-1|0").is(kIndexStale | kFileReplaced | kHoldLock).often(1),
-      Operation("cfg_upload_contact", importing<cfg_upload_contact, kRows, contact_save>)
-          .with_story("csv").under(Lock::kPhonebook).needs(kContacts).or_gives("16|17|19")
-          .runs_out("-1").is(kIndexStale | kFileReplaced | kBlocksMixed | kHoldLock).often(1),
-      Operation("cfg_upload_blacklist", importing<cfg_upload_blacklist, kBlacklistFile, nullptr>)
-          .under(Lock::kPhonebook).needs(kBlacklist).or_gives("18|19").runs_out("-1|0")
-          .is(kFileReplaced).often(1),
-  };
+  return joined({
+      in_callers_lock(family(Lock::kPhonebook, 0, kNamed, {
+          Operation("get_contact_xml", read_contacts).runs_out("-1").is(kIndexStale)
+              .never_at_random(),
+          Operation("get_contact_xml", read_contacts).with_story("many").after(with_many_contacts)
+              .runs_out("-1").is(kIndexStale | kBlockLost).never_at_random(),
+          OPERATION(with_blacklist, get_blacklist_xml).after(with_another_blacklist)
+              .needs(kContacts).runs_out("-1").never_at_random(),
+      })),
+      family(Lock::kPhonebook, 0, kNamed, {
+          Operation("save_contact_xml", write_contacts).runs_out("-1").never_at_random(),
+          OPERATION(with_blacklist, save_blacklist_xml).runs_out("-1").never_at_random(),
+          Operation("save_community_xml", write_community).runs_out("-1"),
+          Operation("cfg_upload_contact", importing<cfg_upload_contact, kOthers, contact_save>)
+              .with_story("xml").also("16|17|19").runs_out("-1|0")
+              .is(kIndexStale | kFileReplaced | kHoldLock).often(1),
+          Operation("cfg_upload_contact", importing<cfg_upload_contact, kRows, contact_save>)
+              .with_story("csv").also("16|17|19").runs_out("-1")
+              .is(kIndexStale | kFileReplaced | kBlocksMixed | kHoldLock).often(1),
+          Operation("cfg_upload_blacklist", importing<cfg_upload_blacklist, kBlacklistFile, nullptr>)
+              .also("18|19").runs_out("-1|0").is(kFileReplaced).often(1),
+      }),
+      family(Lock::kNone, 0, 0, {
+          Operation("is_valid_contact_file_xml",
+                    importing<is_valid_contact_file_xml, kOthers, nullptr>)
+              .gives("1").fails("0").runs_out("0"),
+          Operation("copy_contact_xml", importing<copy_contact_xml, kOthers, nullptr>)
+              .unknown_gives("1").runs_out("-1").is(kIndexStale).never_at_random(),
+      }),
+  });
   // clang-format on
 }
 

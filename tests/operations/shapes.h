@@ -101,11 +101,11 @@ Result by_id(World& world, Choices& choices) {
   return number_of(world.call(Function, choices.id(Id)));
 }
 
-/// Fills a record.
-template <auto Function, int Id = 2>
+/// Fills a record, by an id or by a number below a count.
+template <auto Function, int Id = 2, int Count = 0>
 Result getting(World& world, Choices& choices) {
   auto record = untouched<RecordOf<Function, 1>>();
-  const int id = choices.id(Id);
+  const int id = Count > 0 ? choices.below(Count, Id) : choices.id(Id);
   auto* argument = choices.argument(record);
   return with_record(record, [&] { return world.call(Function, id, argument); });
 }

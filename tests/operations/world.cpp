@@ -27,7 +27,10 @@ namespace paths = cfgxml::paths;
 /// What of the samples lies where on the phone; folders with all they hold.
 constexpr std::pair<const char*, const char*> kSamples[] = {
     {"/profile", ""},
-    {"/import", "/import"},
+    {"/import/dialnow.xml", "/import/dialnow.xml"},
+    {"/import/dialreplace.xml", "/import/dialreplace.xml"},
+    {"/import/new-colleagues.xml", "/import/new-colleagues.xml"},
+    {"/import/phone.csv", "/import/phone.csv"},
     {"/screens", "/import"},
     {"/remote/company.xml", "/tmp/remote_contact.xml0"},
     {"/remote/town.xml", "/tmp/remote_contact.xml1"},
@@ -55,10 +58,17 @@ void shorten(tinyxml2::XMLElement* parent) {
   }
 }
 
+std::string first_lines(const std::string& text, int count) {
+  std::size_t end = 0;
+  while (count-- > 0) end = text.find('\n', end) + 1;
+  return text.substr(0, end);
+}
+
 std::string shortened(const fs::path& file) {
   const std::string text = ::host::files::read(file).value_or("");
   tinyxml2::XMLDocument document;
-  if (file.extension() != ".xml" || document.Parse(text.c_str()) != 0) return text;
+  if (file.extension() == ".csv") return first_lines(text, kLongest + 1);
+  if (document.Parse(text.c_str()) != 0) return text;
   shorten(document.RootElement());
   tinyxml2::XMLPrinter printer;
   document.Print(&printer);
@@ -194,6 +204,18 @@ void release_books() {
 }
 
 }  // namespace
+
+std::string changes(const State& from, const State& to) {
+  std::string text = from.blocks == to.blocks ? "" : "other blocks\n";
+  for (const auto& [path, content] : to.files) {
+    const auto old = from.files.find(path);
+    if (old == from.files.end() || old->second != content) text += path + ":\n" + content + "\n";
+  }
+  for (const auto& [path, content] : from.files) {
+    if (to.files.count(path) == 0) text += path + " is gone\n";
+  }
+  return text;
+}
 
 World::World(fs::path root, Callers callers) : root_(std::move(root)), callers_(callers) {
   host().bind(cfgxml_cb_init);

@@ -56,10 +56,10 @@ using Files = std::map<std::string, std::string>;
 struct State {
   std::string blocks;
   Files files;
-  bool operator==(const State& other) const {
-    return blocks == other.blocks && files == other.files;
-  }
 };
+
+/// What the second has that the first has not, for a person to read; "" when they are the same.
+std::string changes(const State& from, const State& to);
 
 /// What a damaged file holds; it must not be lost either.
 inline constexpr char kDamaged[] = "<Damaged><Group Name=\"Friends\"";

@@ -26,9 +26,7 @@ class BadChoices : public PlainChoices {
     kind_ = kind;
     return value_ < count();
   }
-  int odd_number() override {
-    return kind_ == Argument::kId ? kIds[value_] : kNumbers[value_];
-  }
+  int odd_number() override { return kind_ == Argument::kId ? kIds[value_] : kNumbers[value_]; }
   std::optional<std::string> odd_text() override {
     constexpr const char* kTexts[] = {"", "/nowhere/to/be.xml"};
     if (value_ == 0) return std::nullopt;
@@ -39,8 +37,8 @@ class BadChoices : public PlainChoices {
   bool any_value() const { return value_ < count(); }
   Argument kind() const { return kind_; }
   const char* expected(const Operation& operation) const {
-    const bool unknown = (kind_ == Argument::kId && kIds[value_] > 0) ||
-                         (kind_ == Argument::kPath && value_ == 2);
+    const bool unknown =
+        (kind_ == Argument::kId && kIds[value_] > 0) || (kind_ == Argument::kPath && value_ == 2);
     if (unknown) return operation.unknown;
     const bool number = kind_ == Argument::kId || kind_ == Argument::kNumber;
     return number ? operation.out_of_range : operation.refused;
@@ -227,8 +225,8 @@ TEST_F(ContractTest, DataIsLookedAtOnlyUnderItsLock) {
         });
     const Outcome outcome = make_plain(operation);
     world_.watch(nullptr, nullptr);
-    EXPECT_EQ(taken, takes ? std::vector<int>{static_cast<int>(operation.lock)}
-                           : std::vector<int>{});
+    EXPECT_EQ(taken,
+              takes ? std::vector<int>{static_cast<int>(operation.lock)} : std::vector<int>{});
     expect_same(outcome, whole);
   }
 }

@@ -12,14 +12,7 @@ namespace {
 
 namespace paths = cfgxml::paths;
 
-/// Files that differ from the blocks.
-void with_newer_files(World& world) {
-  fill(world.contacts().Contacts[0].DisplayName, "Older");
-  fill(world.blacklist().Entries[0].DisplayName, "Older");
-  fill(world.history().Records[0].RemoteSipName, "1");
-}
-
-/// A change that is not in the files yet; in a field that is not indexed.
+/// Blocks that differ from their files, in fields that are not indexed.
 void with_changes(World& world) {
   fill(world.contacts().Contacts[0].Photo, "new.png");
   fill(world.blacklist().Entries[0].OfficeNumber, "198");
@@ -100,7 +93,7 @@ Result look_up_group(World& world, Choices& /*choices*/) {
 }
 
 Result look_up_ring(World& world, Choices& /*choices*/) {
-  char number[] = "202";  // of a contact without a ring, in a group that has one
+  char number[] = "200";  // of a contact without a ring, in a group that has one
   char ring[64] = "";
   auto* const size = reinterpret_cast<void*>(sizeof ring);
   const void* found = world.call(find_contacts_ring_url, static_cast<void*>(number),
@@ -127,9 +120,9 @@ Operations binding_operations() {
           OPERATION(calling, save_file_xml).gives("-1"),
       }),
       family(Lock::kPhonebook, 0, kNamed | kHoldLock, {
-          Operation("contact_init", load_contacts).after(with_newer_files).also("16|17|19")
+          Operation("contact_init", load_contacts).after(with_changes).also("16|17|19")
               .runs_out("-1").is(kIndexStale).often(1),
-          Operation("black_init", load_blacklist).after(with_newer_files).needs(kContacts)
+          Operation("black_init", load_blacklist).after(with_changes).needs(kContacts)
               .also("18|19").runs_out("-1").often(1),
           OPERATION(calling, contact_save).after(with_changes).needs(kContacts).lacks("0").saves(),
           OPERATION(calling, black_save).after(with_changes).needs(kBlacklist).lacks("0").saves(),
@@ -146,7 +139,7 @@ Operations binding_operations() {
               .lacks("NULL").also("NULL"),
       }),
       family(Lock::kHistory, 0, kHoldLock, {
-          Operation("history_init", load_history).after(with_newer_files).runs_out("-1").often(1),
+          Operation("history_init", load_history).after(with_changes).runs_out("-1").often(1),
           OPERATION(calling, history_delay_save).after(with_changes).needs(kHistory)
               .runs_out("-1"),
       }),

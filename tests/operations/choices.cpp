@@ -52,7 +52,7 @@ std::string Choices::group(const char* plain) {
 std::string Choices::word(const char* plain) { return one_of(plain, flag() ? "55" : "n", 3); }
 
 void fill_record(CONTACT_DATA_T& record, Choices& choices) {
-  record.Id = choices.id(3);
+  record.Id = choices.id(2);
   record.Line = choices.line();
   fill(record.DisplayName, choices.name("Dora, who is not in the phonebook yet"));
   fill(record.OfficeNumber, choices.phone_number("100"));

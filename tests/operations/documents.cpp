@@ -114,15 +114,18 @@ const void* object_of() {
 
 /// In the order of the types, from 1.
 constexpr Screen kScreens[] = {
-    {"/import/text_menu.xml", object_of<cfg_get_text_menu_object>},
-    {"/import/text_screen.xml", object_of<cfg_get_text_screen_object>},
-    {"/import/directory.xml", object_of<cfg_get_xml_browser_directory_object>},
-    {"/import/input_screen.xml", object_of<cfg_get_xml_browser_input_screen_object>},
-    {"/import/configuration.xml", object_of<cfg_get_xml_browser_configuration_object>},
+    {"/screens/text_menu.xml", object_of<cfg_get_text_menu_object>},
+    {"/screens/text_screen.xml", object_of<cfg_get_text_screen_object>},
+    {"/screens/directory.xml", object_of<cfg_get_xml_browser_directory_object>},
+    {"/screens/input_screen.xml", object_of<cfg_get_xml_browser_input_screen_object>},
+    {"/screens/configuration.xml", object_of<cfg_get_xml_browser_configuration_object>},
 };
 
 void with_screens(World& world) {
-  for (const Screen& screen : kScreens) cfg_parse_remote_xml(world.on_disk(screen.file).c_str());
+  for (const Screen& screen : kScreens) {
+    world.copy_sample(screen.file);
+    cfg_parse_remote_xml(world.on_disk(screen.file).c_str());
+  }
 }
 
 void with_cache(World& world) {

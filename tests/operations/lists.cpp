@@ -60,11 +60,15 @@ Result save_notifications(World& world, Choices& choices) {
 
 // A row per function of a list of rules, or of a box.
 
-#define RULES(list, absent_rule)                                                              \
-  OPERATION(listing, cfg_get_##list##_list).lists(),                                          \
-      OPERATION(getting, cfg_get_##list##_data).runs_out("-1").is(kQuiet),                    \
-      OPERATION(adding, cfg_add_##list##_data).also("7|10").runs_out("-1"),                   \
-      OPERATION(setting, cfg_set_##list##_data).absent(absent_rule).also("7").runs_out("-1").is(kQuiet), \
+#define RULES(list, absent_rule)                                            \
+  OPERATION(listing, cfg_get_##list##_list).lists(),                        \
+      OPERATION(getting, cfg_get_##list##_data).runs_out("-1").is(kQuiet),  \
+      OPERATION(adding, cfg_add_##list##_data).also("7|10").runs_out("-1"), \
+      OPERATION(setting, cfg_set_##list##_data)                             \
+          .absent(absent_rule)                                              \
+          .also("7")                                                        \
+          .runs_out("-1")                                                   \
+          .is(kQuiet),                                                      \
       OPERATION(by_id, cfg_remove_##list##_data).absent("0").runs_out("-1")
 
 #define BOX(box)                                                            \

@@ -10,6 +10,7 @@
 #include <tinyxml2.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <memory>
 #include <utility>
@@ -31,13 +32,18 @@ constexpr std::pair<const char*, const char*> kSamples[] = {
     {"/import/dialreplace.xml", "/import/dialreplace.xml"},
     {"/import/new-colleagues.xml", "/import/new-colleagues.xml"},
     {"/import/phone.csv", "/import/phone.csv"},
-    {"/screens", "/import"},
     {"/remote/company.xml", "/tmp/remote_contact.xml0"},
     {"/remote/town.xml", "/tmp/remote_contact.xml1"},
     {"/directory/personal-1.xml", "/import/personal-1.xml"},
-    {"/directory/personal-3.xml", "/import/personal-3.xml"},
 };
-constexpr int kLongest = 4;  // of what has one name below one element
+/// What is kept of the elements of one name below one element.
+constexpr std::pair<const char*, int> kMost[] = {{"Contact", 2}, {"Group", 3}, {"", 4}};
+
+int most_of(const std::string& name) {
+  const auto* most = std::begin(kMost);
+  while (*most->first != '\0' && most->first != name) ++most;
+  return most->second;
+}
 
 constexpr char kOtherBlacklist[] =
     "<BlacklistData>\n    <Blacklist Id=\"1\" DisplayName=\"Zed\" OfficeNumber=\"666\"/>\n"
@@ -49,7 +55,7 @@ void shorten(tinyxml2::XMLElement* parent) {
   tinyxml2::XMLElement* child = parent->FirstChildElement();
   while (child != nullptr) {
     tinyxml2::XMLElement* const next = child->NextSiblingElement();
-    if (++seen[child->Name()] > kLongest) {
+    if (++seen[child->Name()] > most_of(child->Name())) {
       parent->DeleteChild(child);
     } else {
       shorten(child);
@@ -67,7 +73,7 @@ std::string first_lines(const std::string& text, int count) {
 std::string shortened(const fs::path& file) {
   const std::string text = ::host::files::read(file).value_or("");
   tinyxml2::XMLDocument document;
-  if (file.extension() == ".csv") return first_lines(text, kLongest + 1);
+  if (file.extension() == ".csv") return first_lines(text, 1 + most_of(""));
   if (document.Parse(text.c_str()) != 0) return text;
   shorten(document.RootElement());
   tinyxml2::XMLPrinter printer;
@@ -165,12 +171,24 @@ bool holds_damaged_content(const Files& files) {
                      [](const auto& file) { return file.second == kDamaged; });
 }
 
+std::string content_of(const char* path) {
+  std::string text;
+  std::FILE* file = std::fopen(path, "rb");
+  if (file == nullptr) return text;
+  char buffer[8192];
+  while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, file)) {
+    text.append(buffer, size);
+  }
+  std::fclose(file);
+  return text;
+}
+
 Files files_below(const fs::path& root) {
   Files files;
+  if (!fs::exists(root)) return files;
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
     if (!entry.is_regular_file()) continue;
-    const std::string path = entry.path().string().substr(root.string().size());
-    files[path] = ::host::files::read(entry.path()).value_or("");
+    files[entry.path().native().substr(root.native().size())] = content_of(entry.path().c_str());
   }
   return files;
 }
@@ -181,6 +199,20 @@ void write_files(const fs::path& root, const Files& files) {
     fs::create_directories(file.parent_path());
     std::ofstream(file, std::ios::binary) << text;
   }
+}
+
+/// Makes these the files below the folder; nothing is written twice.
+void replace_files(const fs::path& root, const Files& files) {
+  Files missing = files;
+  for (const auto& [path, text] : files_below(root)) {
+    const auto due = files.find(path);
+    if (due == files.end()) {
+      fs::remove(root.native() + path);
+    } else if (due->second == text) {
+      missing.erase(path);
+    }
+  }
+  write_files(root, missing);
 }
 
 void release_screens() {
@@ -221,6 +253,12 @@ World::World(fs::path root, Callers callers) : root_(std::move(root)), callers_(
   host().bind(cfgxml_cb_init);
 }
 
+World::~World() {
+  clear();
+  std::error_code error;
+  fs::remove_all(root_.native() + "-scratch", error);
+}
+
 void World::clear() {
   cfgxml_set_root(root_.c_str());
   set_blocks_missing(false);
@@ -246,8 +284,7 @@ void World::start_phone(const fs::path& root) {
 
 void World::start() {
   clear();
-  fs::remove_all(root_);
-  write_files(root_, profile());
+  replace_files(root_, profile());
   start_phone(root_);
   CfgTrieReloadLocalBookInfo();
 }
@@ -265,6 +302,10 @@ std::string World::read(const std::string& path) const {
   return ::host::files::read(on_disk(path)).value_or("");
 }
 
+void World::copy_sample(const std::string& path) const {
+  write(path, shortened(CFGXML_SAMPLES + path));
+}
+
 const char* World::file(Choices& choices, const std::string& path, Argument kind) {
   if (!choices.varies()) return choices.path(on_disk(path), kind);
   const std::string own = own_path(path);
@@ -275,7 +316,9 @@ const char* World::file(Choices& choices, const std::string& path, Argument kind
 }
 
 std::string World::varied(const std::string& path, Choices& choices) const {
-  return varied_text(profile().at(path), choices);
+  const auto file = profile().find(path);
+  return varied_text(file != profile().end() ? file->second : shortened(CFGXML_SAMPLES + path),
+                     choices);
 }
 
 const char* World::target(Choices& choices, const std::string& path, Argument kind) const {
@@ -308,11 +351,10 @@ std::string World::found_in(const fs::path& folder) {
 std::string World::found(const Files& files) {
   fs::path scratch = root_;
   scratch += "-scratch";
-  fs::remove_all(scratch);
   for (const char* path : {paths::kContacts, paths::kHistory, paths::kNotifications}) {
     fs::create_directories(fs::path(scratch.string() + path).parent_path());
   }
-  write_files(scratch, files);
+  replace_files(scratch, files);
   const auto old_contacts = std::make_unique<CONTACT_DATA_LIST_T>(contacts());
   const auto old_blacklist = std::make_unique<BLACK_DATA_LIST_T>(blacklist());
   const auto old_history = std::make_unique<HISTORY_DATA_LIST>(history());
@@ -322,7 +364,6 @@ std::string World::found(const Files& files) {
   history() = *old_history;
   cfgxml_set_root(root_.c_str());
   host().open_profile(root_);
-  fs::remove_all(scratch);
   return text;
 }
 

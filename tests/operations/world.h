@@ -79,7 +79,7 @@ class World {
   /// index behind the contacts for a while.
   World(std::filesystem::path root, Callers callers);
   /// Leaves nothing in the library but what it keeps for good, and nothing in the host.
-  ~World() { clear(); }
+  ~World();
   World(const World&) = delete;
   World& operator=(const World&) = delete;
 
@@ -115,6 +115,8 @@ class World {
   std::string on_disk(const std::string& path) const { return root_.string() + path; }
   void write(const std::string& path, const std::string& text) const;
   std::string read(const std::string& path) const;
+  /// Puts a file of the samples, cut like the others, where it lies among them.
+  void copy_sample(const std::string& path) const;
 
   /// A file as an argument: the one at this path or, where choices vary, one of the caller's own
   /// like it.

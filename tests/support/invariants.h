@@ -35,8 +35,8 @@ std::string broken_membership(const CONTACT_DATA_LIST_T& contacts);
 
 /// The index holds exactly what a fresh one would: each text of each record as often as its record
 /// has it, nothing else. The text "(Empty)" of a contact may be missing: it was no text when the
-/// contact was indexed. Holds as the positions do, except for nameless contacts. After a load of the
-/// index for which there was too little memory, records may be missing in it, each as a whole.
+/// contact was indexed. Holds as the positions do, except for nameless contacts. After a load of
+/// the index for which there was too little memory, records may be missing in it, each as a whole.
 std::string broken_index(const CONTACT_DATA_LIST_T& contacts, const Books& books,
                          bool records_may_miss = false);
 

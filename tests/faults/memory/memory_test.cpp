@@ -66,13 +66,18 @@ bool is_part_of(const std::vector<std::string>& part, const std::vector<std::str
 class Fillers {
  public:
   void fill(int book) {
+    // Each book has its own cells for strings, and all share those for nodes. As long as there are
+    // more of the first in the fillers' book, what runs out there are the nodes.
+    static const bool reserved = [this] {
+      for (int i = 0; i != 4096; ++i) put(kOwnBook, kShared, Refuse::kNothing);
+      take();
+      return true;
+    }();
     put(book, kShared, Refuse::kNothing);
-    while (put(book, kShared, Refuse::kAllFrom)) {
+    while (reserved && put(book, kShared, Refuse::kAllFrom)) {
     }
-    for (int number = 0;; ++number) {
-      if (put(kOwnBook, kShared + std::to_string(number), Refuse::kAllFrom)) continue;
-      if (put(kOwnBook, kShared, Refuse::kAllFrom)) return;  // it was the nodes that ran out
-      put(kOwnBook, kShared, Refuse::kNothing);
+    for (int number = 0; put(kOwnBook, kShared + std::to_string(number), Refuse::kAllFrom);) {
+      ++number;
     }
   }
   void take() {
@@ -191,7 +196,8 @@ void MemoryTest::expect_known_state(const Outcome& outcome) {
     for (const auto& [path, text] : due.files) {
       const auto file = other.files.find(path);
       const bool is_other = file != other.files.end() && now.files[path] == file->second;
-      if (is_other || (file == other.files.end() && now.files[path].empty())) now.files[path] = text;
+      if (is_other || (file == other.files.end() && now.files[path].empty()))
+        now.files[path] = text;
     }
     for (const auto& [path, text] : other.files) {
       if (due.files.count(path) == 0 && now.files[path] == text) now.files.erase(path);

@@ -1,13 +1,9 @@
-// The callback table, deferred saving, the fixed entry points, and what the library exports.
+// The callback table, deferred saving, and the fixed entry points.
 #include <cfgxml/cfgxml.h>
 #include <cfgxml/host.h>
 #include <dlfcn.h>
 
 #include <array>
-#include <cstdlib>
-#include <fstream>
-#include <set>
-#include <sstream>
 #include <string>
 
 #include "support/phone.h"
@@ -69,20 +65,6 @@ TEST_F(BindingTest, FixedEntryPointsGiveTheirFixedResults) {
   EXPECT_EQ(save_blacklist_csv("x", &blacklist()), -1);
   EXPECT_EQ(get_history_csv("x", &history()), -1);
   EXPECT_EQ(save_history_csv("x", &history()), -1);
-}
-
-TEST_F(BindingTest, LibraryExportsThePublicNamesAndNothingElse) {
-  std::set<std::string> expected, exported;
-  std::ifstream list(CFGXML_EXPORTED_NAMES);
-  for (std::string name; std::getline(list, name);) {
-    if (!name.empty() && name.front() != '#') expected.insert(name);
-  }
-  ASSERT_GT(expected.size(), 60u);
-  const std::string dump = on_disk("/names");
-  ASSERT_EQ(std::system(("nm -D --defined-only '" CFGXML_LIBRARY "' >" + dump).c_str()), 0);
-  std::istringstream lines(read("/names"));
-  for (std::string address, type, name; lines >> address >> type >> name;) exported.insert(name);
-  EXPECT_EQ(exported, expected);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // Contacts, groups and the blacklist.
+#include <cfgxml/binding.h>
 #include <cfgxml/phonebook.h>
 
 #include "operations/shapes.h"
@@ -8,9 +9,11 @@ namespace {
 
 /// The sample's second contact in the group "Management".
 constexpr int kContact = 14;
+constexpr int kLastContact = 22;
 
-/// Nothing can move to the blacklist.
+/// Nothing can move to the blacklist; nothing is written when it was tried.
 void with_full_blacklist(World& world) {
+  contact_save_init(1);
   for (int i = 0; i != CFGXML_BLACKLIST_CAPACITY; ++i) {
     CONTACT_DATA_T& entry = world.blacklist().Entries[i];
     entry.Id = i + 1;
@@ -20,11 +23,11 @@ void with_full_blacklist(World& world) {
 
 void with_photo(World& world) { fill(world.contacts().Contacts[2].Photo, "photo13.png"); }
 
-/// Contacts that the next write gives a name, or a group.
-void with_loose_contacts(World& world) {
-  fill(world.contacts().Contacts[0].DisplayName, "");
-  fill(world.contacts().Contacts[1].Group, "Nowhere");
-}
+/// The last entry, as it is when its move was undone.
+void with_moved_entry(World& world) { fill(world.blacklist().Entries[3].Group, "Default"); }
+
+/// A contact that the next write gives a group.
+void with_loose_contact(World& world) { fill(world.contacts().Contacts[1].Group, "Nowhere"); }
 
 /// As the screens do it: reads the record, changes a text or two, and writes it back.
 Result change_contact(World& world, Choices& choices) {
@@ -61,6 +64,15 @@ Result list_group(World& world, Choices& choices) {
 }
 
 CONTACT_SUMMARY_T* all_contacts() { return cfg_get_contact_summary(""); }
+
+/// Another ring: the contacts of a group that is renamed change when they are written.
+Result change_group(World& world, Choices& choices) {
+  GROUP_DATA_T record{};
+  fill_record(record, choices);
+  if (record.Id == 3) fill(record.Name, "Sales");
+  GROUP_DATA_T* argument = choices.argument(record);
+  return with_record(record, [&] { return world.call(cfg_mod_group_data, argument); });
+}
 
 /// The group by its number or, where it has none, by its name.
 template <bool ByName>
@@ -109,7 +121,7 @@ Operations phonebook_operations() {
           Operation("cfg_get_group_data", get_group<false>).is(kQuiet),
           Operation("cfg_get_group_data", get_group<true>).with_story("by_name").is(kQuiet),
           OPERATION(adding, cfg_add_group_data).also("7|14|16").saves(),
-          OPERATION(with_one, cfg_mod_group_data).unknown_gives("4").also("-1|7").saves(),
+          Operation("cfg_mod_group_data", change_group).unknown_gives("4").also("-1|7").saves(),
           OPERATION(by_id, cfg_del_group_data).unknown_gives("0").also("-1").saves(),
           OPERATION(calling, cfg_del_all_group_data).saves().often(1),
           Operation("cfg_mov_contact_data", by_id<cfg_mov_contact_data, kContact>)
@@ -123,20 +135,20 @@ Operations phonebook_operations() {
           OPERATION(with_one, cfg_set_black_data).absent("4").also("7").saves().often(6),
           OPERATION(by_id, cfg_remove_black_data).unknown_gives("0").saves(),
           OPERATION(calling, cfg_remove_black_all).saves().often(1),
-          OPERATION(by_id, cfg_mov_black_data).also("7|17").saves().indexes_in(CFGXML_BOOK_LOCAL)
+          Operation("cfg_mov_black_data", by_id<cfg_mov_black_data, 4>).after(with_moved_entry).also("7|17").saves().indexes_in(CFGXML_BOOK_LOCAL)
               .is(kNamed).often(4),
       }),
       in_callers_lock(family(Lock::kPhonebook, 0, kQuiet, {
           OPERATION(name_check, is_name_in_contact).needs(kContacts).fails("0").also("1"),
           OPERATION(name_check, is_name_in_group).needs(kContacts).fails("0").also("1"),
           OPERATION(name_check, is_name_in_black).needs(kBlacklist).fails("0").also("1"),
-          OPERATION(calling, contact_data_sync).after(with_loose_contacts).needs(kContacts),
+          OPERATION(calling, contact_data_sync).after(with_loose_contact).needs(kContacts),
           Operation("mov_contact_data", by_id<mov_contact_data, kContact>).needs(kContacts)
               .also("7|18").saves().is(kNamed),
-          Operation("mov_contact_data", by_id<mov_contact_data, kContact>).with_story("undone")
+          Operation("mov_contact_data", by_id<mov_contact_data, kLastContact>).with_story("undone")
               .after(with_full_blacklist).gives("18").needs(kContacts).runs_out("-1")
               .indexes_in(CFGXML_BOOK_LOCAL).is(kIndexInPart | kNamed).never_at_random(),
-          OPERATION(by_id, mov_black_data).needs(kBlacklist).also("7|17").saves()
+          Operation("mov_black_data", by_id<mov_black_data, 4>).after(with_moved_entry).needs(kBlacklist).also("7|17").saves()
               .indexes_in(CFGXML_BOOK_LOCAL).is(kNamed),
       })),
       family(Lock::kPhonebook, 0, kNamed, {

@@ -5,13 +5,16 @@
 // command is a finding.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
-#include "checks.h"
 #include "host.h"
+
+/// Ends the run as a finding when something that must always hold does not.
+void require(bool holds, const char* what);
+/// The same for a check of the data's rules, which names the broken one.
+void require_unbroken(const std::string& rule);
+#define REQUIRE(holds) require(holds, #holds)
 
 class Phone {
  public:
@@ -27,20 +30,3 @@ class Phone {
  private:
   std::string folder_;
 };
-
-inline std::string_view text_of_input(const std::uint8_t* data, std::size_t size) {
-  return {reinterpret_cast<const char*>(data), size};
-}
-
-/// What was read from such an input is not what a written file gives: a reference can stand for a
-/// carriage return, which is a line end in a file.
-inline bool has_references(std::string_view input) {
-  return input.find("&#") != std::string_view::npos;
-}
-
-/// Cuts the next part, which ends at a NUL byte, off an input.
-inline std::string_view cut_part(std::string_view& input) {
-  const std::string_view part = input.substr(0, input.find('\0'));
-  input.remove_prefix(part.size() < input.size() ? part.size() + 1 : part.size());
-  return part;
-}

@@ -15,12 +15,15 @@ namespace phone_test {
 /// The local contacts' place, 0, is not used.
 using Books = std::array<const CONTACT_SUMMARY_T*, CFGXML_BOOK_COUNT>;
 
-/// The tables are packed and clear behind their last record, ids positive and unique, texts
-/// terminated; group names unique; display names unique over contacts and blacklist, but for
-/// records without a name and those called "(Empty)" in its place.
+/// Whether two records may have one id, as in a table that was read from a file which says so.
+enum class Ids { kUnique, kAny };
+
+/// The tables are packed and clear after their last record, texts terminated, ids unique; group
+/// names unique; display names unique over contacts and blacklist, but for records without a name
+/// and those called "(Empty)" in its place.
 std::string broken_phonebook(const CONTACT_DATA_LIST_T& contacts,
-                             const BLACK_DATA_LIST_T& blacklist);
-std::string broken_history(const HISTORY_DATA_LIST& history);
+                             const BLACK_DATA_LIST_T& blacklist, Ids ids = Ids::kUnique);
+std::string broken_history(const HISTORY_DATA_LIST& history, Ids ids = Ids::kUnique);
 
 /// True when a contact has no name, or "(Empty)" in its place: it got its position before that.
 bool has_nameless(const CONTACT_DATA_LIST_T& contacts);
@@ -44,8 +47,8 @@ std::string broken_index(const CONTACT_DATA_LIST_T& contacts, const Books& books
 /// and after. Holds as broken_positions does.
 std::string broken_by_reload();
 
-/// The lists that live in files alone: ids are unique, texts unique where the list promises it, and
-/// no list is longer than it may be.
+/// The lists that live in files alone: ids are unique, texts terminated, and unique where the list
+/// promises it, and no list is longer than it may be.
 std::string broken_rules();
 std::string broken_messages();
 

@@ -55,6 +55,13 @@ std::string bytes_of(const Record* records, std::size_t count = 1) {
   return {reinterpret_cast<const char*>(records), count * sizeof(Record)};
 }
 
+template <typename Records>
+auto bytes_of(const Records& records) -> decltype(records.begin(), std::string()) {
+  std::string bytes;
+  for (const auto& record : records) bytes += bytes_of(&record);
+  return bytes;
+}
+
 /// The nodes of a list, which is freed, without their links.
 template <typename Node>
 std::vector<Node> take(Node* list) {

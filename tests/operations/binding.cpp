@@ -134,9 +134,9 @@ Operations binding_operations() {
           OPERATION(calling, black_delay_save).after(with_changes).needs(kBlacklist)
               .runs_out("-1"),
           Operation("find_group_id", look_up_group).gives("3").needs(kContacts).lacks("0")
-              .also("0"),
+              .also("*"),
           Operation("find_contacts_ring_url", look_up_ring).gives("Ring2.wav").needs(kContacts)
-              .lacks("NULL").also("NULL"),
+              .lacks("NULL").also("*"),
       }),
       family(Lock::kHistory, 0, kHoldLock, {
           Operation("history_init", load_history).after(with_changes).runs_out("-1").often(1),

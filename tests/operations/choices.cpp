@@ -25,7 +25,10 @@ const char* Choices::text(const std::string& plain, Argument kind) {
 }
 
 const char* Choices::path(const std::string& file, Argument kind) {
-  return keep(odd(kind) ? odd_text() : file);
+  if (!odd(kind)) return keep(file);
+  std::optional<std::string> text = odd_text();
+  if (varies() && text && !text->empty()) text = "/nowhere/" + *text;  // so that none is written
+  return keep(std::move(text));
 }
 
 /// One of a small number of texts, so that callers meet each other's records.

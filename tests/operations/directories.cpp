@@ -57,7 +57,7 @@ char key_of(char character) {
 }
 
 bool begins_with(const char* text, const char* keys) {
-  while (*keys != '\0' && key_of(*text) == *keys) ++text, ++keys;
+  while (*keys != '\0' && key_of(*text) == key_of(*keys)) ++text, ++keys;
   return *keys == '\0';
 }
 

@@ -13,7 +13,8 @@ class Reindexed {
   }
   ~Reindexed() {
     if (operation_.has(kIndexStale)) {
-      world_.require(CfgTrieReloadLocalBookInfo() == 0, "the contacts can not be indexed");
+      const bool indexed = CfgTrieReloadLocalBookInfo() == 0;
+      world_.require(indexed || world_.blocks_missing(), "the contacts can not be indexed");
       world_.set_positions_kept(true);
     }
     world_.catch_up();

@@ -90,8 +90,10 @@ Result get_group(World& world, Choices& choices) {
 
 template <auto Function>
 Result with_media(World& world, Choices& choices) {
-  const char* name = Function == cfg_del_contact_ring_info ? "Ring2.wav" : "photo13.png";
-  return number_of(world.call(Function, choices.text(name, Argument::kWord)));
+  const char* plain = Function == cfg_del_contact_ring_info ? "Ring2.wav" : "photo13.png";
+  const char* name = choices.text(plain, Argument::kWord);
+  if (choices.varies() && name != nullptr && *name == '\0') name = plain;  // free slots have ""
+  return number_of(world.call(Function, name));
 }
 
 Result delete_of_group(World& world, Choices& choices) {

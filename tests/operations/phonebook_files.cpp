@@ -45,7 +45,7 @@ Result read_contacts(World& world, Choices& choices) {
 }
 
 Result write_contacts(World& world, Choices& choices) {
-  const char* path = choices.text(paths::kContacts, Argument::kWord);
+  const char* path = choices.path(paths::kContacts, Argument::kWord);
   return number_of(world.call(save_contact_xml, path, contact_block(world, choices)));
 }
 

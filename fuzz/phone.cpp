@@ -1,6 +1,5 @@
 #include "phone.h"
 
-#include <dlfcn.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -9,13 +8,11 @@
 #include <fstream>
 
 #include "runtime/shell.h"
-#include "support/commands.h"
+#include "faults/commands.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-bool phone_made = false;
 
 int run_known_command(const std::string& command) {
   const int result = phone_test::run_without_shell(command);
@@ -24,13 +21,6 @@ int run_known_command(const std::string& command) {
 }
 
 }  // namespace
-
-/// Stands in for the C library's, through which the plug-in removes files. libFuzzer starts its own
-/// helpers with it in processes that run no input, and therefore make no phone.
-extern "C" int system(const char* command) {
-  if (phone_made) return run_known_command(command);
-  return reinterpret_cast<int (*)(const char*)>(::dlsym(RTLD_NEXT, "system"))(command);
-}
 
 void require(bool holds, const char* what) {
   if (holds) return;
@@ -46,7 +36,6 @@ Phone::Phone() : folder_(fs::temp_directory_path() / "fuzz-XXXXXX") {
   host::the_host().bind(cfgxml_cb_init);
   host::the_host().open_profile(folder_);
   host::run_commands_with(run_known_command);
-  phone_made = true;
 }
 
 Phone::~Phone() {

@@ -18,11 +18,12 @@ enum class Effect { kCreated, kEmptied, kWritten, kRenamed, kRemoved, kFileSynce
 /// Files are numbered as they appear; names may change, numbers stay.
 struct Event {
   Effect effect;
-  int file = 0;      // for all but a folder's sync
-  std::string path;  // the name that was created, renamed or removed; the folder that was synced
-  std::string to;    // the new name
+  int file = 0;  // for all but a folder's sync
+  std::string path =
+      {};               // the name that was created, renamed or removed; the folder that was synced
+  std::string to = {};  // the new name
   std::size_t offset = 0;
-  std::string data;  // what was written
+  std::string data = {};  // what was written
 };
 
 /// A file below the folder when the watching began.

@@ -1,4 +1,4 @@
-#include "disk/recorded_calls.h"
+#include "faults/disk/recorded_calls.h"
 
 #include <dirent.h>
 #include <dlfcn.h>
@@ -27,129 +27,82 @@ Function* next(const char* name) {
   return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
 }
 
-class Record {
- public:
-  std::vector<Known> watch(const std::string& folder) {
-    *this = {};
-    std::vector<Known> known;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-      if (!entry.is_regular_file() || entry.is_symlink()) continue;
-      std::ifstream stream(entry.path(), std::ios::binary);
-      known.push_back({entry.path(), number_of(entry.path()),
-                       std::string(std::istreambuf_iterator<char>(stream), {})});
-    }
-    folder_ = folder + "/";
-    return known;
-  }
+struct Open {
+  int file;  // -1 for a folder
+  std::string path;
+  std::size_t offset;
+};
 
-  bool sees(const char* path) const {
-    return !folder_.empty() && path != nullptr &&
-           folder_.compare(0, folder_.npos, path, 0, folder_.size()) == 0;
+/// What is watched, what happened, and what is to fail.
+struct Record {
+  std::string folder;  // empty while nobody watches
+  std::map<std::string, int> names;
+  std::map<int, Open> open;
+  int files = 0;
+  std::vector<Event> events;
+  std::vector<Kind> calls;
+  std::size_t fail_at = static_cast<std::size_t>(-2);
+  int error = 0;
+  bool short_write = false;
+  bool failed = false;
+  Kind bad_kind = Kind::kOpen;
+  int bad_file = 0;  // none
+
+  int number_of(const std::string& path) {
+    return names.try_emplace(path, static_cast<int>(++files)).first->second;
   }
-  bool sees(int descriptor) const { return !folder_.empty() && open_.count(descriptor) != 0; }
+  bool sees(const char* path) const {
+    return !folder.empty() && path != nullptr &&
+           folder.compare(0, folder.npos, path, 0, folder.size()) == 0;
+  }
+  bool sees(int descriptor) const { return !folder.empty() && open.count(descriptor) != 0; }
 
   /// Counts a call; true when it is the one to fail, or on a file that always does, with errno set.
   bool fails(Kind kind, int file = 0) {
-    calls_.push_back(kind);
-    if (file != 0 && file == bad_file_ && kind == bad_kind_) {
-      errno = error_;
-      return true;
-    }
-    if (calls_.size() != fail_at_ + 1) return false;
-    failed_ = true;
-    errno = error_;
+    calls.push_back(kind);
+    const bool due = calls.size() == fail_at + 1;
+    failed = failed || due;
+    if (!due && (file == 0 || file != bad_file || kind != bad_kind)) return false;
+    errno = error;
     return true;
   }
   /// The same for a write, which may fail by halves.
   bool fails_writing(std::size_t& size) {
     const bool due = fails(Kind::kWrite);
-    if (!due || !short_write_) return due;
-    short_write_ = false;
+    if (!due || !short_write) return due;
+    short_write = false;
     size /= 2;
-    if (error_ != 0) fail_at_ = calls_.size();
+    if (error != 0) fail_at = calls.size();
     return false;
   }
 
   void opened(int descriptor, const std::string& path, bool created, int flags) {
     struct stat status {};
-    const bool folder = ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
-    if (created) names_.erase(path);
-    open_[descriptor] = {folder ? -1 : number_of(path), path, 0};
-    if (created) {
-      events_.push_back({Effect::kCreated, number_of(path), path, {}, 0, {}});
-    } else if ((flags & O_TRUNC) != 0) {
-      events_.push_back({Effect::kEmptied, number_of(path), path, {}, 0, {}});
-    }
+    const bool is_folder = ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+    if (created) names.erase(path);
+    open[descriptor] = {is_folder ? -1 : number_of(path), path, 0};
+    if (!created && (flags & O_TRUNC) == 0) return;
+    events.push_back({created ? Effect::kCreated : Effect::kEmptied, number_of(path), path});
   }
-  void closed(int descriptor) { open_.erase(descriptor); }
   void wrote(int descriptor, const void* data, std::size_t size) {
-    Open& open = open_[descriptor];
-    events_.push_back({Effect::kWritten,
-                       open.file,
-                       {},
-                       {},
-                       open.offset,
-                       std::string(static_cast<const char*>(data), size)});
-    open.offset += size;
+    auto& [file, path, offset] = open[descriptor];
+    const std::string text(static_cast<const char*>(data), size);
+    events.push_back({Effect::kWritten, file, {}, {}, std::exchange(offset, offset + size), text});
   }
   void synced(int descriptor) {
-    const Open& open = open_[descriptor];
-    if (open.file < 0) {
-      events_.push_back({Effect::kFolderSynced, 0, open.path, {}, 0, {}});
-    } else {
-      events_.push_back({Effect::kFileSynced, open.file, {}, {}, 0, {}});
-    }
+    const auto& [file, path, offset] = open[descriptor];
+    events.push_back({file < 0 ? Effect::kFolderSynced : Effect::kFileSynced, file, path});
   }
   void renamed(const std::string& from, const std::string& to) {
     const int file = number_of(from);
-    names_.erase(from);
-    names_[to] = file;
-    events_.push_back({Effect::kRenamed, file, from, to, 0, {}});
+    names.erase(from);
+    names[to] = file;
+    events.push_back({Effect::kRenamed, file, from, to});
   }
   void removed(const std::string& path) {
-    events_.push_back({Effect::kRemoved, number_of(path), path, {}, 0, {}});
-    names_.erase(path);
+    events.push_back({Effect::kRemoved, number_of(path), path});
+    names.erase(path);
   }
-
-  void fail(std::size_t call, int error, bool short_write) {
-    fail_at_ = call;
-    error_ = error;
-    short_write_ = short_write;
-  }
-  void fail_always(Kind kind, const std::string& path, int error) {
-    bad_kind_ = kind;
-    bad_file_ = number_of(path);
-    error_ = error;
-  }
-  int file_at(const std::string& path) { return number_of(path); }
-  int file_of(int descriptor) { return open_[descriptor].file; }
-  bool failed() const { return failed_; }
-  std::vector<Event> take_events() { return std::exchange(events_, {}); }
-  const std::vector<Kind>& calls() const { return calls_; }
-
- private:
-  struct Open {
-    int file;  // -1 for a folder
-    std::string path;
-    std::size_t offset;
-  };
-
-  int number_of(const std::string& path) {
-    return names_.try_emplace(path, static_cast<int>(++files_)).first->second;
-  }
-
-  std::string folder_;  // empty while nobody watches
-  std::map<std::string, int> names_;
-  std::map<int, Open> open_;
-  int files_ = 0;
-  std::vector<Event> events_;
-  std::vector<Kind> calls_;
-  std::size_t fail_at_ = static_cast<std::size_t>(-2);
-  int error_ = 0;
-  bool short_write_ = false;
-  bool failed_ = false;
-  Kind bad_kind_ = Kind::kOpen;
-  int bad_file_ = 0;  // none
 };
 
 Record& record() {
@@ -173,18 +126,10 @@ int open_by(const char* name, const char* path, int flags, mode_t mode) {
   const auto real = next<int(const char*, int, ...)>(name);
   if (!record().sees(path)) return real(path, flags, mode);
   const bool creates = (flags & O_CREAT) != 0 && !exists(path);
-  if (record().fails(creates ? Kind::kCreate : Kind::kOpen, record().file_at(path))) return -1;
+  if (record().fails(creates ? Kind::kCreate : Kind::kOpen, record().number_of(path))) return -1;
   const int descriptor = real(path, flags, mode);
   if (descriptor >= 0) record().opened(descriptor, path, creates, flags);
   return descriptor;
-}
-
-/// The record knows what is synced; the disk itself need not wear.
-int sync(int descriptor) {
-  if (!record().sees(descriptor)) return 0;
-  if (record().fails(Kind::kSync)) return -1;
-  record().synced(descriptor);
-  return 0;
 }
 
 int remove_by(const char* name, const char* path) {
@@ -196,25 +141,43 @@ int remove_by(const char* name, const char* path) {
   return result;
 }
 
-template <typename Status>
-int look_by(const char* name, const char* path, Status* status) {
+int look_by(const char* name, const char* path, struct stat* status) {
   if (record().sees(path) && record().fails(Kind::kLook)) return -1;
-  return next<int(const char*, Status*)>(name)(path, status);
+  return next<int(const char*, struct stat*)>(name)(path, status);
 }
 
 }  // namespace
 
-std::vector<Known> watch(const std::string& folder) { return record().watch(folder); }
+std::vector<Known> watch(const std::string& folder) {
+  record() = {};
+  std::vector<Known> known;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (!entry.is_regular_file() || entry.is_symlink()) continue;
+    std::ifstream stream(entry.path(), std::ios::binary);
+    known.push_back({entry.path(), record().number_of(entry.path()),
+                     std::string(std::istreambuf_iterator<char>(stream), {})});
+  }
+  record().folder = folder + "/";
+  return known;
+}
 void stop() { record() = {}; }
-std::vector<Event> take_events() { return record().take_events(); }
-const std::vector<Kind>& calls() { return record().calls(); }
-void fail(std::size_t call, int error) { record().fail(call, error, false); }
-void cut_short(std::size_t call, int error) { record().fail(call, error, true); }
+std::vector<Event> take_events() { return std::exchange(record().events, {}); }
+const std::vector<Kind>& calls() { return record().calls; }
+void fail(std::size_t call, int error) {
+  record().fail_at = call;
+  record().error = error;
+}
+void cut_short(std::size_t call, int error) {
+  fail(call, error);
+  record().short_write = true;
+}
 void fail_always(Kind kind, const std::string& path, int error) {
-  record().fail_always(kind, path, error);
+  record().bad_kind = kind;
+  record().bad_file = record().number_of(path);
+  record().error = error;
 }
 void before_temporary_file(std::function<void()> call) { interruption = std::move(call); }
-bool failed() { return record().failed(); }
+bool failed() { return record().failed; }
 
 }  // namespace recorded_calls
 
@@ -235,25 +198,9 @@ int stat(const char* path, struct stat* status) noexcept {
 int lstat(const char* path, struct stat* status) noexcept {
   return look_by(kWide ? "__lstat64_time64" : "lstat", path, status);
 }
-#if __SIZEOF_POINTER__ == 8
-int open64(const char* path, int flags, ...) {
-  va_list rest;
-  va_start(rest, flags);
-  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
-  va_end(rest);
-  return open_by("open64", path, flags, mode);
-}
-int stat64(const char* path, struct stat64* status) noexcept {
-  return look_by("stat64", path, status);
-}
-int lstat64(const char* path, struct stat64* status) noexcept {
-  return look_by("lstat64", path, status);
-}
-#endif
-
 ssize_t read(int descriptor, void* buffer, size_t size) {
   static const auto real = next<ssize_t(int, void*, size_t)>("read");
-  if (record().sees(descriptor) && record().fails(Kind::kRead, record().file_of(descriptor))) {
+  if (record().sees(descriptor) && record().fails(Kind::kRead, record().open[descriptor].file)) {
     return -1;
   }
   return real(descriptor, buffer, size);
@@ -266,8 +213,13 @@ ssize_t write(int descriptor, const void* data, size_t size) {
   if (written > 0) record().wrote(descriptor, data, static_cast<std::size_t>(written));
   return written;
 }
-int fsync(int descriptor) { return sync(descriptor); }
-int fdatasync(int descriptor) { return sync(descriptor); }
+/// The record knows what is synced; the disk itself need not wear.
+int fsync(int descriptor) {
+  if (!record().sees(descriptor)) return 0;
+  if (record().fails(Kind::kSync)) return -1;
+  record().synced(descriptor);
+  return 0;
+}
 int fchown(int descriptor, uid_t owner, gid_t group) noexcept {
   if (record().sees(descriptor) && record().fails(Kind::kMode)) return -1;
   return next<int(int, uid_t, gid_t)>("fchown")(descriptor, owner, group);
@@ -280,7 +232,7 @@ int fchmod(int descriptor, mode_t mode) noexcept {
 int close(int descriptor) {
   static const auto real = next<int(int)>("close");
   if (!record().sees(descriptor)) return real(descriptor);
-  record().closed(descriptor);
+  record().open.erase(descriptor);
   const bool fails = record().fails(Kind::kClose);
   const int error = errno;
   const int result = real(descriptor);

@@ -16,13 +16,20 @@
 #include <cstdlib>
 #include <future>
 
-#include "disk/disk_phone.h"
-#include "runtime/shell.h"
+#include "faults/disk/disk_phone.h"
+#include "support/paths.h"
 
 namespace disk_test {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace cfgxml::paths;  // NOLINT(google-build-using-namespace): the files are its subject
+using operations::kDamaged;
+
+constexpr char kRules[] = "/import/dialnow.xml";
+constexpr char kColleagues[] = "/import/new-colleagues.xml";
+constexpr char kColleague[] = "Ida Nygård";
+constexpr const char* kBooks[] = {kContacts, kBlacklist, kHistory};
 
 int add_rule(const char* text) {
   DIAL_NOW_DATA_T rule{};
@@ -42,8 +49,18 @@ struct LateSave {
 class LeftBehind : public DiskPhone {
  protected:
   static int add_contact() {
-    CONTACT_DATA_T one = contact("Cyd");
+    CONTACT_DATA_T one{};
+    operations::fill(one.DisplayName, "Cyd");
     return cfg_add_contact_data(&one);
+  }
+  static int init(const char* path) {
+    if (path == kContacts) return contact_init(&contacts());
+    return path == kBlacklist ? black_init(&blacklist()) : history_init(&history());
+  }
+  int upload_rules() const { return cfg_upload_dialnow(on_disk(kRules).c_str()); }
+  int upload_contacts() const { return cfg_upload_contact(on_disk(kColleagues).c_str()); }
+  bool has(const std::string& path, const char* text) const {
+    return read(path).find(text) != std::string::npos;
   }
   unsigned mode_of(const char* path) const {
     struct stat status {};
@@ -68,26 +85,26 @@ TEST_F(LeftBehind, TemporaryFilesOfTheSameFileThatNobodyHoldsAreSwept) {
     write(file + end, "x");
   }
   write(std::string(kBlockOut) + ".tmpAbCd12", "x");
-  fs::create_symlink(on_disk("/upload.xml"), on_disk(file + ".tmpLiNk00"));
+  fs::create_symlink(on_disk(kRules), on_disk(file + ".tmpLiNk00"));
   const int held = lock(file + ".tmpQQQQQQ");
-  EXPECT_EQ(add_rule("2xx"), 0);
+  EXPECT_EQ(add_rule("8xx"), 0);
   ::close(held);
   EXPECT_FALSE(exists(file + ".tmpAbCd12"));
   for (const char* end : {".tmpQQQQQQ", ".tmpAbCd123", ".tmp", ".bak", ".tmpLiNk00"}) {
     EXPECT_TRUE(exists(file + end)) << end;
   }
   EXPECT_TRUE(exists(std::string(kBlockOut) + ".tmpAbCd12")) << "another file's";
-  EXPECT_TRUE(exists("/upload.xml"));
+  EXPECT_TRUE(exists(kRules));
 }
 
 TEST_F(LeftBehind, AnInterruptedChangeIsUndoneUnlessItIsStillOnItsWay) {
   const std::string before = std::string(kDialNow) + ".before-change";
   fs::rename(on_disk(kDialNow), on_disk(before));
   const int held = lock(before);
-  EXPECT_EQ(cfg_upload_dialnow(uploaded("upload.xml").c_str()), -1) << "it does not end";
+  EXPECT_EQ(upload_rules(), -1) << "it does not end";
   std::future<int> ended = std::async(std::launch::async, ::close, held);
   write(kDialNow, "<Dial><DialN");
-  EXPECT_EQ(add_rule("2xx"), 0);
+  EXPECT_EQ(add_rule("8xx"), 0);
   DIAL_NOW_DATA_T rule{};
   EXPECT_EQ(cfg_get_dialnow_data(1, &rule), 0);
   EXPECT_STREQ(rule.Rule, "1xx");
@@ -105,21 +122,21 @@ TEST_F(LeftBehind, ACommandThatOutlivesItsHostIsWaitedFor) {
       if (::fork() == 0) ::execl("/bin/sh", "sh", "-c", late.c_str(), nullptr);
       return ::raise(SIGKILL);
     });
-    ::_exit(cfg_upload_dialnow(uploaded("upload.xml").c_str()));
+    ::_exit(upload_rules());
   }
   ::close(alive[1]);
   ASSERT_EQ(::waitpid(other_host, nullptr, 0), other_host);
-  EXPECT_EQ(add_rule("2xx"), 0);
+  EXPECT_EQ(add_rule("8xx"), 0);
   EXPECT_EQ(::read(alive[0], &alive[1], 1), 0);
   ::close(alive[0]);
-  EXPECT_NE(read(kDialNow).find("1xx"), std::string::npos);
-  EXPECT_NE(read(kDialNow).find("2xx"), std::string::npos);
+  EXPECT_TRUE(has(kDialNow, "1xx"));
+  EXPECT_TRUE(has(kDialNow, "8xx"));
   EXPECT_FALSE(exists(std::string(kDialNow) + ".before-change"));
 }
 
 TEST_F(LeftBehind, ASaveFromTheLastDestructorsFindsItsFile) {
   EXPECT_EXIT((late_save.wanted = true, std::exit(1)), ::testing::ExitedWithCode(0), "");
-  EXPECT_NE(read(kDialNow).find("9xx"), std::string::npos);
+  EXPECT_TRUE(has(kDialNow, "9xx"));
 }
 
 TEST_F(LeftBehind, ARefusedMoveTouchesNoFile) {
@@ -142,7 +159,7 @@ TEST_F(LeftBehind, LinksAreNeverFollowedWhenSomethingIsWritten) {
   // The name of a temporary file cannot be foretold; the fixed names can.
   for (const char* end : {".corrupt", ".before-change"})
     fs::create_symlink(outside, on_disk(now + end));
-  EXPECT_EQ(add_rule("2xx"), 0);
+  EXPECT_EQ(add_rule("8xx"), 0);
   fs::remove(on_disk(now + ".before-change"));
   write(kDialNow, kDamaged);
   EXPECT_EQ(cfg_remove_dialnow_data(9), 0);
@@ -155,7 +172,7 @@ TEST_F(LeftBehind, ALinkInPlaceOfAFileLeadsToTheOneThatIsReplaced) {
   fs::rename(on_disk(kMessages), on_disk("/messages"));
   fs::create_symlink("../../../messages", on_disk(kMessages));
   EXPECT_EQ(cfg_remove_inbox_data(1), 0);
-  EXPECT_EQ(read("/messages").find("one"), std::string::npos);
+  EXPECT_FALSE(has("/messages", "Hamburg offer"));
   write("/messages", kDamaged);
   EXPECT_EQ(cfg_remove_inbox_all(), 0);
   EXPECT_EQ(read("/messages.corrupt"), kDamaged);
@@ -167,8 +184,8 @@ TEST_F(LeftBehind, ALinkInPlaceOfAFileLeadsToTheOneThatIsReplaced) {
     write("/rules", "<B>");
     return 1;
   });
-  EXPECT_EQ(cfg_upload_dialnow(uploaded("upload.xml").c_str()), 0);
-  EXPECT_NE(read("/rules").find("1xx"), std::string::npos) << "put back";
+  EXPECT_EQ(upload_rules(), 0);
+  EXPECT_TRUE(has("/rules", "1xx")) << "put back";
   EXPECT_TRUE(fs::is_symlink(on_disk(kDialNow)));
 
   fs::remove(on_disk(kHistory));
@@ -199,8 +216,8 @@ TEST_F(LeftBehind, FilesKeepTheirOwnerAndModeAndPrivateOnesStartPrivate) {
   const NOTIFICATION_T one{"a", 1, nullptr};
   EXPECT_EQ(cfg_add_history(&call), 0);
   EXPECT_EQ(cfg_save_notification_list(&one), 0);
-  EXPECT_EQ(cfg_upload_dialnow(uploaded("upload.xml").c_str()), 0);
-  EXPECT_EQ(add_rule("2xx"), 0);
+  EXPECT_EQ(upload_rules(), 0);
+  EXPECT_EQ(add_rule("8xx"), 0);
   EXPECT_EQ(cfg_remove_inbox_data(1), 0);
   EXPECT_EQ(mode_of(kHistory), 0600u);
   EXPECT_EQ(mode_of(kNotifications), 0640u) << "what the umask leaves";
@@ -221,68 +238,61 @@ TEST_F(LeftBehind, FilesKeepTheirOwnerAndModeAndPrivateOnesStartPrivate) {
 }
 
 TEST_F(LeftBehind, AFileThatCouldNotBeReadIsNotWrittenOver) {
-  const std::string contacts_before = read(kContacts);
-  const std::string history_before = read(kHistory);
+  const operations::State before = world_.state();
   for (const int error : {EIO, EMFILE, EACCES, ENOMEM}) {
-    start_anew();
-    const std::string memory = in_memory();
-    for (const char* path : {kContacts, kBlacklist, kHistory}) {
+    start();
+    for (const char* path : kBooks) {
       recorded_calls::watch(root());
-      recorded_calls::fail(1, error);  // behind the look for an interrupted change
-      EXPECT_EQ(path == kContacts    ? contact_init(&contacts())
-                : path == kBlacklist ? black_init(&blacklist())
-                                     : history_init(&history()),
-                path == kHistory && (error == EIO || error == EACCES) ? 0 : -1)
+      recorded_calls::fail(1, error);  // after the look for an interrupted change
+      EXPECT_EQ(init(path), path == kHistory && (error == EIO || error == EACCES) ? 0 : -1)
           << "only the history is read again before it is given up";
       EXPECT_TRUE(recorded_calls::failed());
       recorded_calls::stop();
     }
-    EXPECT_EQ(in_memory(), memory);
-    EXPECT_EQ(read(kContacts), contacts_before);
-    EXPECT_EQ(read(kHistory), history_before);
+    EXPECT_TRUE(same(world_.state(), before));
   }
 
   // A phone that starts like this has empty lists; its first save keeps what it never read.
   host().lists().clear();
-  EXPECT_EQ(add_contact(), 0);
   HISTORY_DATA_T call{};
+  EXPECT_EQ(add_contact(), 0);
   EXPECT_EQ(cfg_add_history(&call), 0);
-  EXPECT_EQ(read(std::string(kContacts) + ".corrupt"), contacts_before);
-  EXPECT_EQ(read(std::string(kHistory) + ".corrupt"), history_before);
-  EXPECT_NE(read(kContacts).find("Cyd"), std::string::npos);
-  fs::remove(on_disk(std::string(kContacts) + ".corrupt"));
+  for (const char* path : {kContacts, kHistory}) {
+    EXPECT_EQ(read(std::string(path) + ".corrupt"), before.files.at(path));
+    fs::remove(on_disk(std::string(path) + ".corrupt"));
+  }
+  EXPECT_TRUE(has(kContacts, "Cyd"));
   EXPECT_EQ(contact_delay_save(), 0);
   EXPECT_FALSE(exists(std::string(kContacts) + ".corrupt")) << "once";
 }
 
 TEST_F(LeftBehind, AnUploadWhoseCommandDoesNothingOrFailsHalfWayLeavesTheFile) {
-  const std::string old = read(kDialReplace);
+  const std::string old = read(kDialNow);
   ::host::run_commands_with([](const std::string&) { return 0; });
-  EXPECT_EQ(cfg_upload_dialreplace(uploaded("upload.xml").c_str()), 0);
-  EXPECT_EQ(read(kDialReplace), old);
+  EXPECT_EQ(upload_rules(), 0);
+  EXPECT_EQ(read(kDialNow), old);
   ::host::run_commands_with([this](const std::string&) {
-    write(kDialReplace, "<B>");
+    write(kDialNow, "<B>");
     return 1;
   });
-  EXPECT_EQ(cfg_upload_dialreplace(uploaded("upload.xml").c_str()), 0);
-  EXPECT_EQ(read(kDialReplace), old);
-  EXPECT_EQ(copy_contact_xml(uploaded("upload.xml").c_str()), 1) << "the shell's result";
-  fs::remove(on_disk(kDialReplace));
-  EXPECT_EQ(cfg_upload_dialreplace(uploaded("upload.xml").c_str()), 0);
-  EXPECT_FALSE(exists(kDialReplace)) << "half a file where there was none";
+  EXPECT_EQ(upload_rules(), 0);
+  EXPECT_EQ(read(kDialNow), old);
+  EXPECT_EQ(copy_contact_xml(on_disk(kColleagues).c_str()), 1) << "the shell's result";
+  fs::remove(on_disk(kDialNow));
+  EXPECT_EQ(upload_rules(), 0);
+  EXPECT_FALSE(exists(kDialNow)) << "half a file where there was none";
 }
 
 TEST_F(LeftBehind, ASaveThatBeganBeforeAnUploadDoesNotUndoIt) {
   std::future<int> upload;
   recorded_calls::before_temporary_file([&] {  // the save has its copy of the list by now
-    upload = std::async(std::launch::async,
-                        [this] { return cfg_upload_contact(uploaded("upload.xml").c_str()); });
+    upload = std::async(std::launch::async, [this] { return upload_contacts(); });
     upload.wait_for(std::chrono::milliseconds(50));
   });
   EXPECT_EQ(contact_delay_save(), 0);
   EXPECT_EQ(upload.get(), 0);
-  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Zoe");
-  EXPECT_NE(read(kContacts).find("Zoe"), std::string::npos);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, kColleague);
+  EXPECT_TRUE(has(kContacts, kColleague));
 }
 
 TEST_F(LeftBehind, ASaveDuringAnUploadNeitherUndoesNorSpoilsIt) {
@@ -292,13 +302,13 @@ TEST_F(LeftBehind, ASaveDuringAnUploadNeitherUndoesNorSpoilsIt) {
     write(kContacts, "<B><Gro");
     save = std::async(std::launch::async, contact_delay_save);
     EXPECT_EQ(save.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
-    fs::copy_file(uploaded("upload.xml"), on_disk(kContacts), fs::copy_options::overwrite_existing);
+    fs::copy_file(on_disk(kColleagues), on_disk(kContacts), fs::copy_options::overwrite_existing);
     return 0;
   });
-  EXPECT_EQ(cfg_upload_contact(uploaded("upload.xml").c_str()), 0);
+  EXPECT_EQ(upload_contacts(), 0);
   EXPECT_EQ(save.get(), 0);
-  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "Zoe");
-  EXPECT_NE(read(kContacts).find("Zoe"), std::string::npos);
+  EXPECT_STREQ(contacts().Contacts[0].DisplayName, kColleague);
+  EXPECT_TRUE(has(kContacts, kColleague));
   EXPECT_FALSE(exists(std::string(kContacts) + ".corrupt"));
 }
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "disk/recorded_calls.h"
+#include "faults/disk/recorded_calls.h"
 
 namespace disk_states {
 

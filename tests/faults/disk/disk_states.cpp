@@ -1,4 +1,4 @@
-#include "disk/disk_states.h"
+#include "faults/disk/disk_states.h"
 
 #include <utility>
 

@@ -1,4 +1,5 @@
-// The plug-in's two shell commands, carried out in the process.
+// The plug-in's two shell commands, carried out in the process. A program with this file has a
+// system() that does so; host::run_commands_with() sets the same for the host's shell.
 #pragma once
 
 #include <string>

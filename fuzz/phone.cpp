@@ -5,20 +5,25 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
-#include "runtime/shell.h"
 #include "faults/commands.h"
+#include "runtime/logging.h"
+#include "runtime/shell.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-int run_known_command(const std::string& command) {
-  const int result = phone_test::run_without_shell(command);
-  REQUIRE(result != phone_test::kNoCommand);
-  return result;
-}
+struct Folder {
+  Folder() : path(fs::temp_directory_path() / "fuzz-XXXXXX") {
+    REQUIRE(::mkdtemp(path.data()) != nullptr);
+  }
+  ~Folder() {
+    std::error_code error;
+    fs::remove_all(path, error);
+  }
+  std::string path;
+};
 
 }  // namespace
 
@@ -30,23 +35,18 @@ void require(bool holds, const char* what) {
 
 void require_unbroken(const std::string& rule) { require(rule.empty(), rule.c_str()); }
 
-Phone::Phone() : folder_(fs::temp_directory_path() / "fuzz-XXXXXX") {
-  REQUIRE(::mkdtemp(folder_.data()) != nullptr);
-  cfgxml_set_root(folder_.c_str());
-  host::the_host().bind(cfgxml_cb_init);
-  host::the_host().open_profile(folder_);
-  host::run_commands_with(run_known_command);
-}
-
-Phone::~Phone() {
-  std::error_code error;
-  fs::remove_all(folder_, error);
-}
-
-void Phone::write(const char* path, std::string_view content) const {
-  const fs::path file = on_disk(path);
-  fs::create_directories(file.parent_path());
-  std::ofstream stream(file, std::ios::binary);
-  stream << content << std::flush;
-  REQUIRE(stream.good());
+operations::World& phone() {
+  static const Folder folder;
+  static operations::World world(folder.path, operations::Callers::kOne);
+  [[maybe_unused]] static const bool started = [] {
+    host::run_commands_with([](const std::string& command) {
+      const int result = phone_test::run_without_shell(command);
+      REQUIRE(result != phone_test::kNoCommand);
+      return result;
+    });
+    host::observe_log([](host::LogLevel, const std::string&) {});  // messages are formatted then
+    world.start();
+    return true;
+  }();
+  return world;
 }

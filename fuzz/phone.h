@@ -1,14 +1,13 @@
-// The phone of a fuzz target: the reference host and the plug-in over a profile folder. Put TMPDIR
-// in memory for speed, as fuzz/run does.
+// The phone of a fuzz target: the world of the operations over a folder of its own. Put TMPDIR in
+// memory for speed, as fuzz/run does.
 //
 // No input starts a shell: the plug-in's two commands are carried out in the process, and any other
 // command is a finding.
 #pragma once
 
 #include <string>
-#include <string_view>
 
-#include "host.h"
+#include "operations/world.h"
 
 /// Ends the run as a finding when something that must always hold does not.
 void require(bool holds, const char* what);
@@ -16,17 +15,5 @@ void require(bool holds, const char* what);
 void require_unbroken(const std::string& rule);
 #define REQUIRE(holds) require(holds, #holds)
 
-class Phone {
- public:
-  Phone();
-  ~Phone();
-  Phone(const Phone&) = delete;
-  Phone& operator=(const Phone&) = delete;
-
-  /// Where a path of the phone is below the profile folder.
-  std::string on_disk(const char* path) const { return folder_ + path; }
-  void write(const char* path, std::string_view content) const;
-
- private:
-  std::string folder_;
-};
+/// Started once, with a profile of the samples.
+operations::World& phone();

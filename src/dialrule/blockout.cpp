@@ -1,9 +1,8 @@
 // The BlockOut list. No lock of the host's guards it, so the library keeps the calls apart itself;
 // its workers log under the exported names.
-#include <mutex>
-
 #include "dialrule/rule_list.h"
 #include "support/lock.h"
+#include "support/mutex.h"
 #include "support/paths.h"
 
 namespace cfgxml::dialrule {
@@ -14,7 +13,10 @@ constexpr Field<BLOCKOUT_DATA_T> kFields[] = {
     field<&BLOCKOUT_DATA_T::Line>("Line"),
 };
 
-constexpr RuleList<BLOCKOUT_DATA_T> kBlockOut = {
+/// Held while the list's file is loaded, changed and saved.
+Mutex blockout_mutex;
+
+constexpr RuleList<BLOCKOUT_DATA_T> kBlockOut GUARDED_BY(blockout_mutex) = {
     {paths::kBlockOut, "Dial", "BlockOut", "BlockOut node", "Data"},
     kFields,
     "Rule",
@@ -30,38 +32,44 @@ static_assert(offsetof(BLOCKOUT_DATA_T, Rule) == 8);
 static_assert(offsetof(BLOCKOUT_DATA_T, next) == 72);
 static_assert(sizeof(BLOCKOUT_DATA_T) == 72 + sizeof(void*));
 
-std::mutex blockout_mutex;  // around loading, changing and saving the list's file
-
 }  // namespace
 
-BLOCKOUT_DATA_T* cfg_get_blockout_list() { return get_rules(kBlockOut, __func__); }
-int cfg_get_blockout_data(int id, BLOCKOUT_DATA_T* out) { return get_rule(kBlockOut, id, out); }
+BLOCKOUT_DATA_T* cfg_get_blockout_list() {
+  const Hold hold(blockout_mutex);
+  return get_rules(kBlockOut, __func__);
+}
+int cfg_get_blockout_data(int id, BLOCKOUT_DATA_T* out) {
+  const Hold hold(blockout_mutex);
+  return get_rule(kBlockOut, id, out);
+}
 int cfg_add_blockout_data(const BLOCKOUT_DATA_T* item) {
+  const Hold hold(blockout_mutex);
   return add_rule(kBlockOut, __func__, item);
 }
 int cfg_set_blockout_data(int id, const BLOCKOUT_DATA_T* item) {
+  const Hold hold(blockout_mutex);
   return set_rule(kBlockOut, __func__, id, item);
 }
-int cfg_remove_blockout_data(int id) { return remove_rule(kBlockOut.place, __func__, id); }
+int cfg_remove_blockout_data(int id) {
+  const Hold hold(blockout_mutex);
+  return remove_rule(kBlockOut.place, __func__, id);
+}
 
 }  // namespace cfgxml::dialrule
 
 namespace dialrule = cfgxml::dialrule;
-using cfgxml::under_lock;
+using cfgxml::guarded;
 
-BLOCKOUT_DATA_T* cfg_get_blockout_list() {
-  return under_lock<BLOCKOUT_DATA_T*>(dialrule::blockout_mutex, nullptr,
-                                      dialrule::cfg_get_blockout_list);
+BLOCKOUT_DATA_T* cfg_get_blockout_list(void) {
+  return guarded<BLOCKOUT_DATA_T*>(nullptr, dialrule::cfg_get_blockout_list);
 }
 int cfg_get_blockout_data(int id, BLOCKOUT_DATA_T* out) {
-  return under_lock(dialrule::blockout_mutex, -1, dialrule::cfg_get_blockout_data, id, out);
+  return guarded(-1, dialrule::cfg_get_blockout_data, id, out);
 }
 int cfg_add_blockout_data(const BLOCKOUT_DATA_T* item) {
-  return under_lock(dialrule::blockout_mutex, -1, dialrule::cfg_add_blockout_data, item);
+  return guarded(-1, dialrule::cfg_add_blockout_data, item);
 }
 int cfg_set_blockout_data(int id, const BLOCKOUT_DATA_T* item) {
-  return under_lock(dialrule::blockout_mutex, -1, dialrule::cfg_set_blockout_data, id, item);
+  return guarded(-1, dialrule::cfg_set_blockout_data, id, item);
 }
-int cfg_remove_blockout_data(int id) {
-  return under_lock(dialrule::blockout_mutex, -1, dialrule::cfg_remove_blockout_data, id);
-}
+int cfg_remove_blockout_data(int id) { return guarded(-1, dialrule::cfg_remove_blockout_data, id); }

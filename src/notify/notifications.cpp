@@ -3,11 +3,11 @@
 #include <cfgxml/notify.h>
 
 #include <cstddef>
-#include <mutex>
 
 #include "support/chain.h"
 #include "support/fields.h"
 #include "support/lock.h"
+#include "support/mutex.h"
 #include "support/paths.h"
 #include "support/xml_file.h"
 
@@ -20,12 +20,14 @@ constexpr shell::HostWords kRemovalWords{10, 2};
 static_assert(offsetof(NOTIFICATION_T, Notify) == 256);
 static_assert(offsetof(NOTIFICATION_T, next) == (sizeof(void*) == 8 ? 264 : 260));
 
-std::mutex file_mutex;  // around loading, changing and saving the file
+Mutex file_mutex;  // held while the file is loaded, changed and saved
+constexpr const char* kFile GUARDED_BY(file_mutex) = paths::kNotifications;
 
 }  // namespace
 
 NOTIFICATION_T* cfg_get_notification_list() {
-  XmlFile file(paths::kNotifications);
+  const Hold hold(file_mutex);
+  XmlFile file(kFile);
   if (!file.load()) {
     rl_log_debug("load file <%s> fail!\n", file.path());
     return nullptr;
@@ -47,7 +49,8 @@ int cfg_save_notification_list(const NOTIFICATION_T* list) {
     rl_log_err("%s failed: list is NULL.", __func__);
     return -1;
   }
-  XmlFile file(paths::kNotifications);
+  const Hold hold(file_mutex);
+  XmlFile file(kFile);
   if (!file.load() && !file.recreate(__func__, kRemovalWords)) return -1;
   tinyxml2::XMLElement* root = file.root_or_new(__func__, "cwmp:notification");
   root->DeleteChildren();
@@ -72,15 +75,14 @@ int cfg_destory_notification_list(NOTIFICATION_T* list) {
 
 }  // namespace cfgxml::notify
 
-using cfgxml::under_lock;
+using cfgxml::guarded;
 namespace notify = cfgxml::notify;
 
 NOTIFICATION_T* cfg_get_notification_list() {
-  return under_lock<NOTIFICATION_T*>(notify::file_mutex, nullptr,
-                                     notify::cfg_get_notification_list);
+  return guarded<NOTIFICATION_T*>(nullptr, notify::cfg_get_notification_list);
 }
 int cfg_save_notification_list(const NOTIFICATION_T* list) {
-  return under_lock(notify::file_mutex, -1, notify::cfg_save_notification_list, list);
+  return guarded(-1, notify::cfg_save_notification_list, list);
 }
 int cfg_destory_notification_list(NOTIFICATION_T* list) {
   return notify::cfg_destory_notification_list(list);

@@ -4,7 +4,6 @@
 #include <cfgxml/search.h>
 
 #include <atomic>
-#include <mutex>
 
 #include "phonebook/summaries.h"
 #include "phonebook/tables.h"
@@ -12,6 +11,7 @@
 #include "search/index.h"
 #include "support/chain.h"
 #include "support/lock.h"
+#include "support/mutex.h"
 #include "support/paths.h"
 #include "support/xml_file.h"
 
@@ -30,13 +30,13 @@ std::atomic<CONTACT_SUMMARY_T*> g_remote_contact;
 
 /// Held while a head becomes the current list without the remote lock, and while one goes, so that
 /// the current list is never one that was freed. No call of the host while it is held.
-std::mutex current_mutex;
+Mutex current_mutex;
 
 bool is_book(int book) { return book >= 0 && book < CFGXML_REMOTE_BOOK_COUNT; }
 
 /// Takes a book's list away from it, and from the current list.
 CONTACT_SUMMARY_T* take_list(int book) {
-  const std::lock_guard<std::mutex> hold(current_mutex);
+  const Hold hold(current_mutex);
   CONTACT_SUMMARY_T* head = book_heads[book].exchange(nullptr);
   if (g_remote_contact == head) g_remote_contact = nullptr;
   return head;
@@ -174,7 +174,7 @@ int cfg_get_remote_contact_summary_clone_id(void) {
 
 int cfg_set_remote_contact_summary_clone_id(int book) {
   if (!is_book(book)) return -1;
-  const std::lock_guard<std::mutex> hold(current_mutex);
+  const Hold hold(current_mutex);
   g_remote_contact = book_heads[book].load();
   return 0;
 }

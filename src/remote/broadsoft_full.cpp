@@ -3,11 +3,11 @@
 #include <cfgxml/host.h>
 
 #include <algorithm>
-#include <mutex>
 #include <utility>
 
 #include "remote/broadsoft_page.h"
 #include "support/lock.h"
+#include "support/mutex.h"
 #include "support/text.h"
 
 namespace cfgxml::remote {
@@ -68,17 +68,17 @@ Entry* full_list = nullptr;
 class SharedPosition {
  public:
   BSFT_CONTACT_POS_T get() const {
-    const std::lock_guard<std::mutex> hold(mutex_);
+    const Hold hold(mutex_);
     return position_;
   }
   void set(const BSFT_CONTACT_POS_T& position) {
-    const std::lock_guard<std::mutex> hold(mutex_);
+    const Hold hold(mutex_);
     position_ = position;
   }
 
  private:
-  mutable std::mutex mutex_;
-  BSFT_CONTACT_POS_T position_ = {};
+  mutable Mutex mutex_;
+  BSFT_CONTACT_POS_T position_ GUARDED_BY(mutex_) = {};
 };
 SharedPosition full_position;
 

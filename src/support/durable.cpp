@@ -28,8 +28,6 @@ constexpr int kMostLinks = 40;  // in a chain, as the system has it
 constexpr int kLooks = 200;
 constexpr std::chrono::milliseconds kPause{10};
 
-std::recursive_mutex steps;
-
 std::string folder_of(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
@@ -166,7 +164,7 @@ int try_to_replace(const std::string& file, std::string_view text, mode_t mode,
   NewFile written(file, mode, old);
   if (!written.write(text)) return errno;
   {
-    const auto step = hold();  // not between another thread's look at a bad file and its removal
+    const Hold step(steps);  // not between another thread's look at a bad file and its removal
     if (!written.rename_to(file)) return errno;
   }
   return sync_folder(folder) ? 0 : EIO;
@@ -257,7 +255,7 @@ std::optional<Access> Before::access(mode_t widest) const {
 }
 
 bool Before::copy(const std::string& file) {
-  const auto step = hold();
+  const Hold step(steps);
   Names names(file);
   if (may_exist(names.before)) return false;
   std::string text;
@@ -271,7 +269,7 @@ bool Before::copy(const std::string& file) {
 }
 
 bool Before::move(const std::string& file) {
-  const auto step = hold();
+  const Hold step(steps);
   if (kept_) return true;
   Names names(file);
   if (may_exist(names.before)) return false;
@@ -288,14 +286,14 @@ bool Before::move(const std::string& file) {
 void Before::let_commands_hold() const { ::fcntl(locked_.number(), F_SETFD, 0); }
 
 bool Before::commit() {
-  const auto step = hold();
+  const Hold step(steps);
   if (!kept_) return true;
   if (::unlink(kept_->before.c_str()) != 0) return settle(false);
   return sync_folder(forget().folder);
 }
 
 bool Before::quarantine() {
-  const auto step = hold();
+  const Hold step(steps);
   if (!kept_) return true;
   // An empty file has nothing to keep, and would push out an older copy that has.
   struct stat old {};
@@ -307,7 +305,7 @@ bool Before::quarantine() {
 
 void Before::roll_back() {
   if (!kept_) return;
-  const auto step = hold();
+  const Hold step(steps);
   const Names names = forget();
   if (::rename(names.before.c_str(), names.file.c_str()) != 0 || !sync_folder(names.folder)) {
     rl_log_err("%s failed: <%s> is put back when it is opened next.", __func__, names.file.c_str());
@@ -316,7 +314,7 @@ void Before::roll_back() {
 }
 
 bool Before::is_under_way(const std::string& file) {
-  const auto step = hold();
+  const Hold step(steps);
   const Before* change = first_;
   while (change != nullptr && change->kept_->file != file) change = change->next_;
   return change != nullptr;
@@ -355,7 +353,7 @@ namespace {
 
 /// One look at what a change left. Nothing while another process holds its lock.
 std::optional<bool> try_to_restore(const std::string& before, const std::string& file) {
-  const auto step = hold();
+  const Hold step(steps);
   if (Before::is_under_way(file)) return true;
   const Descriptor left = open_beside(before);
   if (left.is_open()) {
@@ -382,10 +380,6 @@ bool restore(const std::string& file) {
   }
   rl_log_err("%s failed: another process is changing <%s>.", __func__, file.c_str());
   return false;
-}
-
-std::unique_lock<std::recursive_mutex> hold() {
-  return std::unique_lock<std::recursive_mutex>(steps);
 }
 
 }  // namespace cfgxml::durable

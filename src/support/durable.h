@@ -15,19 +15,24 @@
 //
 // Temporary and kept files are locked (flock) by whoever works on them, and by the commands it
 // started. One whose lock is free is stale: its writer has died. The steps that look at a name and
-// then change it exclude each other by hold(); no host lock is taken inside it.
+// then change it exclude each other by a mutex; no host lock is taken inside it.
 #pragma once
 
 #include <sys/types.h>
 
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "support/mutex.h"
 #include "support/regular_file.h"
 
 namespace cfgxml::durable {
+
+/// Keeps the steps of changes apart while one of several steps looks at the file first. Held for
+/// moments, but for the removal of a file that does not parse, which takes a shell; never around a
+/// host lock.
+inline RecursiveMutex steps;
 
 /// Who owns a file, and who may use it.
 struct Access {
@@ -112,13 +117,13 @@ class Before {
     std::string folder;
   };
 
-  bool quarantine_unread(Names names);
-  bool keep(Names names, Descriptor locked);
-  Names forget();
-  bool settle(bool settled);
+  bool quarantine_unread(Names names) REQUIRES(steps);
+  bool keep(Names names, Descriptor locked) REQUIRES(steps);
+  Names forget() REQUIRES(steps);
+  bool settle(bool settled) REQUIRES(steps);
 
-  static Before* first_;  // of those that keep something; guarded by hold(), as is next_
-  Before* next_ = nullptr;
+  static Before* first_ GUARDED_BY(steps);  // of those that keep something
+  Before* next_ GUARDED_BY(steps) = nullptr;
   std::optional<Names> kept_;  // nothing when nothing is kept
   Descriptor locked_;          // what is kept
 };
@@ -127,10 +132,5 @@ class Before {
 /// that outlived one, this waits, for two seconds at most. False when the file is not to be used:
 /// the roll-back failed, or the other has not ended.
 bool restore(const std::string& file);
-
-/// Keeps the steps of changes apart while one of several steps looks at the file first. Held for
-/// moments, but for the removal of a file that does not parse, which takes a shell; never around a
-/// host lock.
-std::unique_lock<std::recursive_mutex> hold();
 
 }  // namespace cfgxml::durable

@@ -4,7 +4,6 @@
 
 #include <cfgxml/host.h>
 
-#include <mutex>
 #include <new>
 #include <utility>
 
@@ -48,14 +47,6 @@ Result guarded(Result failure, Worker&& worker, Arguments... arguments) {
 template <typename Result, typename Worker, typename... Arguments>
 Result under_lock(Lock lock, Result failure, Worker&& worker, Arguments... arguments) {
   ScopedLock hold(lock);
-  return guarded(failure, std::forward<Worker>(worker), arguments...);
-}
-
-/// The same for data that no lock of the host's guards. The mutex is the library's own, and never
-/// held around a host lock.
-template <typename Result, typename Worker, typename... Arguments>
-Result under_lock(std::mutex& mutex, Result failure, Worker&& worker, Arguments... arguments) {
-  const std::lock_guard<std::mutex> hold(mutex);
   return guarded(failure, std::forward<Worker>(worker), arguments...);
 }
 

@@ -25,13 +25,13 @@ namespace {
 class Unread {
  public:
   void note(const std::string& file, bool unread) {
-    const std::lock_guard<std::mutex> hold(mutex_);
+    const Hold hold(mutex_);
     std::size_t* place = find(hash_of(file));
     if (unread && place == std::end(hashes_)) place = find(kNone);
     if (place != std::end(hashes_)) *place = unread ? hash_of(file) : kNone;
   }
   bool has(const std::string& file) {
-    const std::lock_guard<std::mutex> hold(mutex_);
+    const Hold hold(mutex_);
     return find(hash_of(file)) != std::end(hashes_);
   }
 
@@ -39,12 +39,12 @@ class Unread {
   static constexpr std::size_t kNone = 0;
 
   static std::size_t hash_of(const std::string& file) { return std::hash<std::string>()(file) | 1; }
-  std::size_t* find(std::size_t hash) {
+  std::size_t* find(std::size_t hash) REQUIRES(mutex_) {
     return std::find(std::begin(hashes_), std::end(hashes_), hash);
   }
 
-  std::mutex mutex_;
-  std::size_t hashes_[16] = {};  // guarded by mutex_
+  Mutex mutex_;
+  std::size_t hashes_[16] GUARDED_BY(mutex_) = {};
 };
 /// A host may save as late as in its own destructors.
 static_assert(std::is_trivially_destructible_v<Unread>);
@@ -114,7 +114,7 @@ bool XmlFile::parse(const char* text) {
 /// still being replaced is left to that thread: this document is saved after it.
 template <typename Remove>
 bool XmlFile::recreate_by(const char* worker, Remove remove) {
-  const auto step = durable::hold();
+  const Hold step(durable::steps);
   if (usable_ && load()) return true;
   const bool is_target = file_ != paths::on_disk(path_.c_str());
   // What a link or a caller's path leads to is not the library's to remove.
@@ -222,7 +222,7 @@ tinyxml2::XMLElement* append_element(tinyxml2::XMLElement* parent, const char* w
 }
 
 int SaveOrder::save(Number number, XmlFile& file, const char* worker) {
-  const std::lock_guard<std::mutex> hold(mutex_);
+  const Hold hold(mutex_);
   if (number < saved_) return 0;
   const int result = file.save(worker);
   if (result == 0) saved_ = number;

@@ -6,11 +6,11 @@
 #include <atomic>
 #include <cstdint>
 #include <limits>
-#include <mutex>
 #include <string>
 #include <utility>
 
 #include "support/durable.h"
+#include "support/mutex.h"
 #include "support/shell.h"
 
 namespace cfgxml {
@@ -157,21 +157,21 @@ class SaveOrder {
   /// Replaces the file in another way, which counts as the newest snapshot when it says true.
   template <typename Replace>
   void replace(Replace&& replace) {
-    const std::lock_guard<std::mutex> hold(mutex_);
+    const Hold hold(mutex_);
     const Number number = take();
     if (std::forward<Replace>(replace)()) saved_ = number;
   }
 
   /// The number of the snapshot on disk.
   Number saved() {
-    const std::lock_guard<std::mutex> hold(mutex_);
+    const Hold hold(mutex_);
     return saved_;
   }
 
  private:
   std::atomic<Number> taken_{0};
-  std::mutex mutex_;
-  Number saved_ = 0;  // guarded by mutex_
+  Mutex mutex_;
+  Number saved_ GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace cfgxml

@@ -6,31 +6,43 @@
 
 #include <string>
 
+#include "support/people.h"
 #include "support/phone.h"
 
 namespace {
 
+using namespace phone_test;  // NOLINT(google-build-using-namespace): the records and their texts
+
 const std::string kContacts = "/config/Phone/Contact/Contact.xml";
 const std::string kBlacklist = "/config/Phone/Contact/Blacklist.xml";
 
-std::string group_xml(const std::string& name, const std::string& id, const std::string& inside) {
-  return "<Group Id=\"" + id + "\" Name=\"" + name + "\">" + inside + "</Group>";
+std::string group_xml(const std::string& name, int id, const std::string& inside = "") {
+  return "<Group Id=\"" + std::to_string(id) + "\" Name=\"" + name + "\">" + inside + "</Group>";
 }
 
-std::string entry_xml(const std::string& element, int id, const std::string& name) {
+std::string contact_xml(int id, const std::string& name, const std::string& element = "Contact") {
   return "<" + element + " Id=\"" + std::to_string(id) + "\" DisplayName=\"" + name + "\"/>";
 }
 
-class PhonebookFilesTest : public phone_test::Phone {
+std::string entry_xml(int id, const std::string& name) {
+  return contact_xml(id, name, "Blacklist");
+}
+
+class PhonebookFilesTest : public Phone {
  protected:
   int load(const std::string& inside_root) {
     write(kContacts, "<Book>" + inside_root + "</Book>");
     return contact_init(&contacts());
   }
-
+  int load_contact(const std::string& name) {
+    return load(group_xml("Default", 1, contact_xml(1, name)));
+  }
   int load_blacklist(const std::string& inside_root) {
     write(kBlacklist, "<Black>" + inside_root + "</Black>");
     return black_init(&blacklist());
+  }
+  bool holds(const std::string& path, const std::string& text) const {
+    return read(path).find(text) != std::string::npos;
   }
 };
 
@@ -54,66 +66,45 @@ TEST_F(PhonebookFilesTest, WhatIsWrittenIsReadBack) {
   EXPECT_TRUE(logged("Enter save_contact_xml"));
 }
 
-TEST_F(PhonebookFilesTest, DefaultGroupIsAddedBehindTheLargestId) {
-  EXPECT_EQ(load(group_xml("Work", "3", "") + group_xml("Home", "7", "")), 0);
-  EXPECT_EQ(contacts().Groups[2].Id, 8);
-  EXPECT_STREQ(contacts().Groups[2].Name, "Default");
-  EXPECT_STREQ(contacts().Groups[2].Ring, "Auto");
-  EXPECT_EQ(load(""), 0);
-  EXPECT_EQ(contacts().Groups[0].Id, 1);
-  EXPECT_EQ(contacts().Groups[1].Id, 0) << "the earlier groups are gone";
-}
-
-TEST_F(PhonebookFilesTest, LimitsAndDuplicatesAreReported) {
-  std::string six;
-  for (const char* id : {"1", "2", "3", "4", "5", "6"})
-    six += group_xml("g" + std::string(id), id, "");
-  EXPECT_EQ(load(six), 16);
-  EXPECT_STREQ(contacts().Groups[4].Name, "g5");
-  EXPECT_STREQ(contacts().Groups[5].Name, "Default");
-  EXPECT_EQ(load(group_xml("Default", "1", "") + six), 16);
-  EXPECT_STREQ(contacts().Groups[5].Name, "g5");
-
-  std::string many;
-  for (int i = 1; i <= 501; ++i) many += entry_xml("Contact", i, "c" + std::to_string(i));
-  EXPECT_EQ(load(group_xml("Default", "1", many)), 17);
-  EXPECT_EQ(contacts().Contacts[499].Id, 500);
-
-  EXPECT_EQ(load(group_xml("Default", "1",
-                           entry_xml("Contact", 1, "Ann") + entry_xml("Contact", 2, "Ann"))),
-            19);
-  EXPECT_EQ(contacts().Contacts[1].Id, 0);
-  EXPECT_EQ(load(group_xml("A", "1", "") + group_xml("A", "2", entry_xml("Contact", 1, "Ann"))),
-            19);
-  EXPECT_EQ(contacts().Contacts[0].Id, 0) << "the second group is skipped with what it holds";
-
-  ASSERT_EQ(load_blacklist(entry_xml("Blacklist", 1, "Bad")), 0);
-  EXPECT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Bad"))), 19);
-  EXPECT_EQ(contacts().Contacts[0].Id, 0);
-}
-
-TEST_F(PhonebookFilesTest, OddElementsAreSkippedAndTextsCut) {
+TEST_F(PhonebookFilesTest, ALoadTakesWhatTheLimitsAndNamesAllow) {
+  ASSERT_EQ(load_blacklist(entry_xml(1, "Bad")), 0);
+  std::string groups, full, too_many;
+  for (int i = 1; i <= 6; ++i) groups += group_xml("g" + std::to_string(i), i);
+  for (int i = 1; i <= 501; ++i) {
+    if (i <= 500) full += (i == 1 ? "" : " ") + std::to_string(i) + ":c" + std::to_string(i);
+    too_many += contact_xml(i, "c" + std::to_string(i));
+  }
   const std::string long_name(10000, 'n');
-  EXPECT_EQ(
-      load(entry_xml("Contact", 1, "outside") + group_xml("", "1", entry_xml("Contact", 1, "a")) +
-           group_xml("negative", "-1", entry_xml("Contact", 1, "b")) +
-           group_xml("Work", "2",
-                     entry_xml("Contact", 0, "c") + entry_xml("Other", 1, "d") +
-                         entry_xml("Contact", 5, "") + entry_xml("Contact", 6, "") +
-                         entry_xml("Contact", 7, "bad utf8 \xFF\xC3") +
-                         entry_xml("Contact", 8, long_name))),
-      0);
-  EXPECT_STREQ(contacts().Groups[0].Name, "Work");
-  EXPECT_STREQ(contacts().Contacts[0].DisplayName, "(Empty)");
-  EXPECT_STREQ(contacts().Contacts[1].DisplayName, "(Empty)") << "no name is no duplicate";
-  EXPECT_STREQ(contacts().Contacts[2].DisplayName, "bad utf8 \xFF\xC3");
-  EXPECT_EQ(contacts().Contacts[3].DisplayName, long_name.substr(0, 63));
-  EXPECT_EQ(contacts().Contacts[4].Id, 0);
-
+  const std::string odd =
+      contact_xml(1, "outside") + group_xml("", 1, contact_xml(1, "a")) +
+      group_xml("negative", -1, contact_xml(1, "b")) +
+      group_xml("Work", 2,
+                contact_xml(0, "c") + contact_xml(1, "d", "Other") + contact_xml(5, "") +
+                    contact_xml(6, "") + contact_xml(7, "\xFF\xC3") + contact_xml(8, long_name));
+  const struct {
+    std::string inside;
+    int result;
+    std::string groups, people;
+  } kCases[] = {
+      {group_xml("Work", 3) + group_xml("Home", 7), 0, "3:Work 7:Home 8:Default", ""},
+      {groups, 16, "1:g1 2:g2 3:g3 4:g4 5:g5 6:Default", ""},
+      {group_xml("Default", 1) + groups, 16, "1:Default 1:g1 2:g2 3:g3 4:g4 5:g5", ""},
+      {group_xml("Default", 1, too_many), 17, "1:Default", full},
+      {"", 0, "1:Default", ""},
+      {group_xml("W", 1, contact_xml(1, "Ann") + contact_xml(2, "Ann")), 19, "1:W 2:Default",
+       "1:Ann"},
+      {group_xml("A", 1) + group_xml("A", 2, contact_xml(1, "Ann")), 19, "1:A 2:Default", ""},
+      {group_xml("A", 1, contact_xml(1, "Bad")), 19, "1:A 2:Default", ""},
+      {odd, 0, "2:Work 3:Default", "5:(Empty) 6:(Empty) 7:\xFF\xC3 8:" + long_name.substr(0, 63)},
+  };
+  for (const auto& [inside, result, in_groups, people] : kCases) {
+    EXPECT_EQ(load(inside), result) << inside;
+    EXPECT_EQ(shown(contacts().Groups), in_groups) << inside;
+    EXPECT_EQ(shown(contacts().Contacts), people) << inside;
+  }
+  EXPECT_STREQ(contacts().Groups[1].Ring, "Auto");
   EXPECT_EQ(contact_delay_save(), 0);
-  EXPECT_EQ(
-      load_blacklist(entry_xml("Blacklist", 1, "(Empty)") + entry_xml("Blacklist", 2, "(Empty)")),
-      0);
+  EXPECT_EQ(load_blacklist(entry_xml(1, "(Empty)") + entry_xml(2, "(Empty)")), 0);
   EXPECT_EQ(contact_init(&contacts()), 0) << "no name is no duplicate when it comes back";
   EXPECT_EQ(contacts().Contacts[3].Id, 8);
 }
@@ -133,15 +124,13 @@ TEST_F(PhonebookFilesTest, TextsAreCutBetweenTheirCharacters) {
        }) {
     const std::string letters(60, 'n');
     const std::string name = letters + c.tail;
-    EXPECT_EQ(load(group_xml("Default", "1",
-                             entry_xml("Contact", 1, name) + entry_xml("Contact", 2, name))),
-              19);
+    EXPECT_EQ(load(group_xml("Default", 1, contact_xml(1, name) + contact_xml(2, name))), 19);
     EXPECT_EQ(contacts().Contacts[0].DisplayName, letters + c.kept);
   }
 }
 
 TEST_F(PhonebookFilesTest, BrokenContactFileLeavesNothingAndIsKeptAsideAtTheNextSave) {
-  ASSERT_EQ(load(group_xml("Work", "1", entry_xml("Contact", 1, "Ann"))), 0);
+  ASSERT_EQ(load_contact("Ann"), 0);
   write(kContacts, "<Book><Group");
   EXPECT_EQ(contact_init(&contacts()), -1);
   EXPECT_TRUE(logged("load file </config/Phone/Contact/Contact.xml> failed!"));
@@ -170,25 +159,21 @@ TEST_F(PhonebookFilesTest, BrokenContactFileLeavesNothingAndIsKeptAsideAtTheNext
 
 TEST_F(PhonebookFilesTest, BlacklistFileFollowsItsOwnRules) {
   EXPECT_EQ(load_blacklist(""), -1);
-  EXPECT_EQ(load_blacklist(entry_xml("Blacklist", 0, "x")), -1);
-  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Ann"))), 0);
+  EXPECT_EQ(load_blacklist(entry_xml(0, "x")), -1);
+  ASSERT_EQ(load_contact("Ann"), 0);
   EXPECT_EQ(load_blacklist("<Blacklist Id=\"4\" Line=\"1\" DisplayName=\"Bad\" OfficeNumber=\"1\""
                            " Group=\"Work\" Ring=\"r\" Photo=\"p\"/>" +
-                           entry_xml("Blacklist", 5, "Ann") + entry_xml("Blacklist", 6, "Bad")),
+                           entry_xml(5, "Ann") + entry_xml(6, "Bad")),
             19);
-  const std::string group(blacklist().Entries[0].Group, sizeof CONTACT_DATA_T::Group);
-  EXPECT_EQ(group, std::string(sizeof CONTACT_DATA_T::Group, '\0')) << "the group is not read back";
-  EXPECT_EQ(blacklist().Entries[1].Id, 0);
+  EXPECT_EQ(shown(blacklist().Entries), "4:Bad");
   EXPECT_EQ(read(kBlacklist),
             "<Black>\n    <Blacklist Id=\"4\" Line=\"1\" DisplayName=\"Bad\" OfficeNumber=\"1\""
             " MobileNumber=\"\" OtherNumber=\"\" Group=\"\" Ring=\"r\" Photo=\"p\"/>\n</Black>\n")
-      << "the skipped entries are gone from the file";
+      << "neither the skipped entries nor a group";
 
-  std::string hundred;
-  for (int i = 1; i <= 101; ++i) hundred += entry_xml("Blacklist", i, "b" + std::to_string(i));
-  EXPECT_EQ(load_blacklist(hundred), 18);
-  EXPECT_EQ(blacklist().Entries[99].Id, 100);
-
+  std::string entries;
+  for (int i = 1; i <= 101; ++i) entries += entry_xml(i, "b" + std::to_string(i));
+  EXPECT_EQ(load_blacklist(entries), 18);
   write(kBlacklist, "<Black");
   EXPECT_EQ(black_init(&blacklist()), -1);
   EXPECT_TRUE(
@@ -197,7 +182,7 @@ TEST_F(PhonebookFilesTest, BlacklistFileFollowsItsOwnRules) {
 }
 
 TEST_F(PhonebookFilesTest, SaveThatFailsKeepsTheOldFile) {
-  ASSERT_EQ(load(group_xml("Work", "1", "")), 0);
+  ASSERT_EQ(load(group_xml("Work", 1)), 0);
   std::filesystem::remove_all(on_disk("/config/Phone/Contact"));
   EXPECT_EQ(contact_delay_save(), -1);
   EXPECT_TRUE(logged("save_contact_xml doc.SaveFile failed."));
@@ -208,12 +193,12 @@ TEST_F(PhonebookFilesTest, SaveThatFailsKeepsTheOldFile) {
 }
 
 TEST_F(PhonebookFilesTest, SavedFilesAreReplacedInOnePiece) {
-  ASSERT_EQ(load(group_xml("Work", "1", "")), 0);
+  ASSERT_EQ(load(group_xml("Work", 1)), 0);
   std::filesystem::permissions(on_disk(kContacts), std::filesystem::perms(0640));
   const std::filesystem::path folder = on_disk("/config/Phone/Contact");
   std::filesystem::create_hard_link(on_disk(kContacts), folder / "old");
   EXPECT_EQ(contact_delay_save(), 0);
-  EXPECT_EQ(read("/config/Phone/Contact/old"), "<Book>" + group_xml("Work", "1", "") + "</Book>")
+  EXPECT_EQ(read("/config/Phone/Contact/old"), "<Book>" + group_xml("Work", 1) + "</Book>")
       << "the old bytes were not written over";
   EXPECT_EQ(std::filesystem::status(on_disk(kContacts)).permissions(),
             std::filesystem::perms(0640));
@@ -222,7 +207,7 @@ TEST_F(PhonebookFilesTest, SavedFilesAreReplacedInOnePiece) {
 }
 
 TEST_F(PhonebookFilesTest, AFileFromAWrongClockIsReadAndReplaced) {
-  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Ann"))), 0);
+  ASSERT_EQ(load_contact("Ann"), 0);
   write("/new.xml", read(kContacts));
   const timespec in_2040[] = {{2209032000, 0}, {2209032000, 0}};
   for (const std::string& file : {kContacts, std::string("/new.xml")}) {
@@ -231,7 +216,7 @@ TEST_F(PhonebookFilesTest, AFileFromAWrongClockIsReadAndReplaced) {
   EXPECT_EQ(contact_init(&contacts()), 0);
   EXPECT_EQ(cfg_upload_contact(on_disk("/new.xml").c_str()), 0);
   EXPECT_EQ(cfg_del_contact_data(1), 0);
-  EXPECT_EQ(read(kContacts).find("Ann"), std::string::npos);
+  EXPECT_FALSE(holds(kContacts, "Ann"));
   EXPECT_FALSE(exists(kContacts + ".corrupt"));
 }
 
@@ -259,14 +244,14 @@ TEST_F(PhonebookFilesTest, CommunityDataIsWrittenToItsPath) {
 }
 
 TEST_F(PhonebookFilesTest, AMoveWhoseSecondFileCannotBeWrittenStaysInTheFirst) {
-  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Ann"))), 0);
+  ASSERT_EQ(load_contact("Ann"), 0);
   std::filesystem::create_directories(on_disk(kBlacklist));
   EXPECT_EQ(cfg_mov_contact_data(1), 0);
   EXPECT_STREQ(blacklist().Entries[0].DisplayName, "Ann");
-  EXPECT_NE(read(kContacts).find("Ann"), std::string::npos);
+  EXPECT_TRUE(holds(kContacts, "Ann"));
   std::filesystem::remove(on_disk(kBlacklist));
   contact_save();
-  EXPECT_EQ(read(kContacts).find("Ann"), std::string::npos);
+  EXPECT_FALSE(holds(kContacts, "Ann"));
 }
 
 TEST_F(PhonebookFilesTest, MovesSaveEachListAsItIsSwitched) {
@@ -283,28 +268,25 @@ TEST_F(PhonebookFilesTest, MovesSaveEachListAsItIsSwitched) {
       SCOPED_TRACE(std::string(what) + (contacts_later ? ", contacts later" : "") +
                    (blacklist_later ? ", blacklist later" : ""));
       host().lists().clear();
-      load(group_xml("Default", "1", entry_xml("Contact", 1, from_contacts ? "Ann" : "Cyd")));
-      load_blacklist(entry_xml("Blacklist", 1, from_contacts ? "Oz" : "Ann"));
+      load_contact(from_contacts ? "Ann" : "Cyd");
+      load_blacklist(entry_xml(1, from_contacts ? "Oz" : "Ann"));
       contact_save_init(contacts_later);
       black_save_init(blacklist_later);
       EXPECT_EQ(move(1), 0);
       // What is saved later still holds what it held before.
-      const auto holds = [this](const std::string& path) {
-        return read(path).find("Ann") != std::string::npos;
-      };
-      EXPECT_EQ(holds(kContacts), (contacts_later != 0) == from_contacts);
-      EXPECT_EQ(holds(kBlacklist), (blacklist_later != 0) != from_contacts);
+      EXPECT_EQ(holds(kContacts, "Ann"), (contacts_later != 0) == from_contacts);
+      EXPECT_EQ(holds(kBlacklist, "Ann"), (blacklist_later != 0) != from_contacts);
       EXPECT_TRUE(host().saver().stop());
-      EXPECT_EQ(holds(kContacts), !from_contacts);
-      EXPECT_EQ(holds(kBlacklist), from_contacts);
+      EXPECT_EQ(holds(kContacts, "Ann"), !from_contacts);
+      EXPECT_EQ(holds(kBlacklist, "Ann"), from_contacts);
       EXPECT_EQ(contact_init(&contacts()), 0);
-      EXPECT_EQ(holds(kContacts), !from_contacts) << "nothing is put back";
+      EXPECT_EQ(holds(kContacts, "Ann"), !from_contacts) << "nothing is put back";
     }
   }
 }
 
 TEST_F(PhonebookFilesTest, WhatIsNoRegularFileIsNeitherCopiedNorReplaced) {
-  write("/good.xml", "<B>" + group_xml("Work", "2", "") + "</B>");
+  write("/good.xml", "<B>" + group_xml("Work", 2) + "</B>");
   const std::string good = on_disk("/good.xml");
   const std::string pipe = on_disk("/pipe");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
@@ -320,18 +302,18 @@ TEST_F(PhonebookFilesTest, WhatIsNoRegularFileIsNeitherCopiedNorReplaced) {
 }
 
 TEST_F(PhonebookFilesTest, UploadsReplaceTheFileAndReload) {
-  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Old"))), 0);
-  write("/new.xml", "<B>" + group_xml("Work", "2", entry_xml("Contact", 1, "New")) + "</B>");
+  ASSERT_EQ(load_contact("Old"), 0);
+  write("/new.xml", "<B>" + group_xml("Work", 2, contact_xml(1, "New")) + "</B>");
   EXPECT_EQ(cfg_upload_contact(on_disk("/new.xml").c_str()), 0);
   EXPECT_STREQ(contacts().Contacts[0].DisplayName, "New");
 
-  write("/black.xml", "<B>" + entry_xml("Blacklist", 1, "Bad") + "</B>");
+  write("/black.xml", "<B>" + entry_xml(1, "Bad") + "</B>");
   EXPECT_EQ(cfg_upload_blacklist(on_disk("/black.xml").c_str()), 0);
   EXPECT_STREQ(blacklist().Entries[0].DisplayName, "Bad");
   EXPECT_EQ(commands().back(),
             "cp -f \"" + on_disk("/black.xml") + "\" \"" + on_disk(kBlacklist) + "\"");
 
-  write("/flat.xml", "<B>" + entry_xml("Contact", 1, "x") + "</B>");
+  write("/flat.xml", "<B>" + contact_xml(1, "x") + "</B>");
   EXPECT_EQ(is_valid_contact_file_xml(on_disk("/flat.xml").c_str()), 0);
   EXPECT_EQ(cfg_upload_contact(on_disk("/flat.xml").c_str()), -1);
   EXPECT_TRUE(logged("_cfg_upload_contact failed: file is invalid."));
@@ -345,9 +327,9 @@ TEST_F(PhonebookFilesTest, UploadsReplaceTheFileAndReload) {
 }
 
 TEST_F(PhonebookFilesTest, PathsThatCouldLeaveTheirQuotesReachNoShell) {
-  ASSERT_EQ(load(group_xml("Default", "1", entry_xml("Contact", 1, "Old"))), 0);
+  ASSERT_EQ(load_contact("Old"), 0);
   for (const char* name : {"/a\".xml", "/$HOME.xml", "/`id`.xml", "/a\nb.xml", "/a\\.xml"}) {
-    write(name, "<B>" + entry_xml("Blacklist", 1, "x") + group_xml("g", "1", "") + "</B>");
+    write(name, "<B>" + entry_xml(1, "x") + group_xml("g", 1, "") + "</B>");
     const std::string path = on_disk(name);
     EXPECT_EQ(copy_contact_xml(path.c_str()), -1) << path;
     EXPECT_EQ(cfg_upload_contact(path.c_str()), -1) << path;

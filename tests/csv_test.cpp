@@ -13,9 +13,12 @@
 #include <utility>
 #include <vector>
 
+#include "support/people.h"
 #include "support/phone.h"
 
 namespace {
+
+using namespace phone_test;  // NOLINT(google-build-using-namespace): the records and their texts
 
 const std::string kHeader =
     "FN,N,EMAIL,TEL_HOME,TEL_WORK,TEL_MOBILE,TEL_OTHER,TEL_FAX,TEL_CUSTOM,RING,COMPANY,TITLE,"
@@ -50,35 +53,27 @@ std::string numbered_rows(int count) {
   return text;
 }
 
-template <std::size_t Capacity>
-void copy(const char* text, char (&field)[Capacity]) {
-  rl_strcpy_s(field, Capacity, text);
-}
-
 using Names = std::vector<std::string>;
 
-Names names_of(const CONTACT_DATA_LIST_T& list) {
-  Names names;
-  for (const CONTACT_DATA_T& contact : list.Contacts) {
-    if (contact.Id < 1) break;
-    EXPECT_EQ(contact.Id, static_cast<int>(names.size()) + 1);
-    names.emplace_back(contact.DisplayName);
-  }
-  return names;
+/// Groups as "1:Default:Auto", with their rings.
+template <typename Groups>
+std::string rings(const Groups& groups) {
+  std::string text;
+  for (const auto& group : groups) text += shown(std::vector{group}) + ":" + group.Ring + " ";
+  return text;
 }
 
-/// Group names in table order, each with its ring.
-Names groups_of(const CONTACT_DATA_LIST_T& list) {
-  Names names;
-  for (const GROUP_DATA_T& group : list.Groups) {
-    if (group.Id < 1) break;
-    EXPECT_EQ(group.Id, static_cast<int>(names.size()) + 1);
-    names.push_back(std::string(group.Name) + ":" + group.Ring);
+/// What a row gives besides the name.
+std::string details(const CONTACT_DATA_T& contact) {
+  std::string text = std::to_string(contact.Line);
+  for (const char* field : {contact.OfficeNumber, contact.MobileNumber, contact.OtherNumber,
+                            contact.Group, contact.Ring, contact.Photo}) {
+    text += std::string(",") + field;
   }
-  return names;
+  return text;
 }
 
-class CsvTest : public phone_test::Phone {
+class CsvTest : public Phone {
  protected:
   int valid(const std::string& text) {
     write("/c.csv", text);
@@ -91,13 +86,15 @@ class CsvTest : public phone_test::Phone {
   }
   int import(const std::string& rows) { return import(rows, contacts()); }
 
+  static std::string groups() { return rings(Used(contacts().Groups)); }
+
   /// A folder, and a pipe that nobody writes to.
   std::vector<std::string> no_files() const {
     ::mkfifo(on_disk("/pipe.csv").c_str(), 0600);
     return {on_disk("/tmp"), on_disk("/pipe.csv")};
   }
 
-  CONTACT_DATA_T& contact(int slot) { return contacts().Contacts[slot]; }
+  static CONTACT_DATA_T& slot(int number) { return contacts().Contacts[number]; }
 };
 
 TEST_F(CsvTest, TheHeaderDecidesWhetherAFileIsOne) {
@@ -146,28 +143,20 @@ TEST_F(CsvTest, ARowFillsTheFieldsOfItsColumns) {
           row({{kFn, "Alice"}, {kWork, "1001"}}) +
           " Bob ,b,e,h,1,2,3,f,c,Ring1.wav,,,,,,,,,, Work ,Bell.wav,The team,bob.png, 2 ,END,9\n"),
       0);
-  EXPECT_EQ(names_of(contacts()), (Names{"Alice", "Bob"}));
-  EXPECT_STREQ(contact(0).OfficeNumber, "1001");
-  EXPECT_STREQ(contact(0).Group, "Default");
-  EXPECT_STREQ(contact(0).Ring, "");
-  EXPECT_STREQ(contact(1).MobileNumber, "2");
-  EXPECT_STREQ(contact(1).OtherNumber, "3");
-  EXPECT_STREQ(contact(1).Ring, "Ring1.wav");
-  EXPECT_STREQ(contact(1).Group, "Work");
-  EXPECT_STREQ(contact(1).Photo, "bob.png");
-  EXPECT_EQ(contact(1).Line, 2);
-  EXPECT_EQ(groups_of(contacts()), (Names{"Default:Auto", "Work:Bell.wav"}));
+  EXPECT_EQ(shown(contacts().Contacts), "1:Alice 2:Bob");
+  EXPECT_EQ(details(slot(0)), "0,1001,,,Default,,");
+  EXPECT_EQ(details(slot(1)), "2,1,2,3,Work,Ring1.wav,bob.png");
+  EXPECT_EQ(groups(), "1:Default:Auto 2:Work:Bell.wav ");
   EXPECT_STREQ(contacts().Groups[1].Description, "The team");
 }
 
 TEST_F(CsvTest, ARowEndsAtItsEndFieldOrLastComma) {
   EXPECT_EQ(import("Bob,,,,1002\nAnn,,,,END,7,\nEve, END ,,,3,\nEND,x,y\nno commas\n"), 0);
-  EXPECT_EQ(names_of(contacts()), (Names{"Bob", "Ann", "Eve", "", ""}));
-  EXPECT_STREQ(contact(0).OfficeNumber, "");
-  EXPECT_STREQ(contact(1).OfficeNumber, "");
-  EXPECT_STREQ(contact(2).OfficeNumber, "3");
-  EXPECT_STREQ(contact(0).Group, "") << "the row ended before its group";
-  EXPECT_EQ(groups_of(contacts()), Names{});
+  EXPECT_EQ(shown(contacts().Contacts), "1:Bob 2:Ann 3:Eve 4: 5:");
+  EXPECT_EQ(details(slot(0)), "0,,,,,,") << "the row ended before its group";
+  EXPECT_EQ(details(slot(1)), "0,,,,,,");
+  EXPECT_EQ(details(slot(2)), "0,3,,,,,");
+  EXPECT_EQ(groups(), "");
 }
 
 TEST_F(CsvTest, LinesAreCutAtTheirEndsNulBytesAnd4095Characters) {
@@ -175,10 +164,10 @@ TEST_F(CsvTest, LinesAreCutAtTheirEndsNulBytesAnd4095Characters) {
   EXPECT_EQ(import("Ann,\r\n\n\r\nB\rob,\n" + std::string("Cid,,,,5\0006,\n", 12) + long_row +
                    "Rest,,,,8,\nDan,,,,9,"),
             0);
-  EXPECT_EQ(names_of(contacts()), (Names{"Ann", "B\rob", "Cid", "Long", "Rest", "Dan"}));
-  EXPECT_STREQ(contact(2).OfficeNumber, "") << "the text ends at the NUL byte";
-  EXPECT_STREQ(contact(4).OfficeNumber, "8");
-  EXPECT_STREQ(contact(5).OfficeNumber, "9") << "the last line needs no line end";
+  EXPECT_EQ(shown(contacts().Contacts), "1:Ann 2:B\rob 3:Cid 4:Long 5:Rest 6:Dan");
+  EXPECT_STREQ(slot(2).OfficeNumber, "") << "the text ends at the NUL byte";
+  EXPECT_STREQ(slot(4).OfficeNumber, "8");
+  EXPECT_STREQ(slot(5).OfficeNumber, "9") << "the last line needs no line end";
   const Names messages = log();
   EXPECT_EQ(std::count_if(messages.begin(), messages.end(),
                           [](const std::string& message) {
@@ -190,26 +179,25 @@ TEST_F(CsvTest, LinesAreCutAtTheirEndsNulBytesAnd4095Characters) {
 
 TEST_F(CsvTest, ANameInUseDropsItsRowBeforeItsGroup) {
   blacklist().Entries[0].Id = 1;
-  copy("Spam", blacklist().Entries[0].DisplayName);
+  put(blacklist().Entries[0].DisplayName, "Spam");
   const std::string long_name(70, 'L');
   EXPECT_EQ(import(row({{kFn, "Spam"}, {kWork, "1"}, {kGroup, "Lost"}}) + row({{kFn, "Ann"}}) +
                    row({{kFn, "Ann"}, {kGroup, "Lost"}}) + row({{kFn, "ann"}}) + row({{}}) +
                    row({{}}) + row({{kFn, long_name}}) + row({{kFn, long_name + "M"}}) +
                    row({{kFn, "(Empty)"}}) + row({{kFn, "(Empty)"}})),
             19);
-  EXPECT_EQ(names_of(contacts()),
-            (Names{"Ann", "ann", "", "", std::string(63, 'L'), "(Empty)", "(Empty)"}));
-  EXPECT_STREQ(contact(0).OfficeNumber, "") << "nothing of the dropped row stays";
-  EXPECT_EQ(groups_of(contacts()), Names{"Default:Auto"});
-  EXPECT_STREQ(contact(7).DisplayName, "");
+  EXPECT_EQ(shown(contacts().Contacts),
+            "1:Ann 2:ann 3: 4: 5:" + std::string(63, 'L') + " 6:(Empty) 7:(Empty)");
+  EXPECT_STREQ(slot(0).OfficeNumber, "") << "nothing of the dropped row stays";
+  EXPECT_EQ(groups(), "1:Default:Auto ");
 }
 
 TEST_F(CsvTest, NamesAreCheckedInTheHostsListsOnly) {
-  contact(0).Id = 1;
-  copy("Ann", contact(0).DisplayName);
+  slot(0).Id = 1;
+  put(slot(0).DisplayName, "Ann");
   auto list = std::make_unique<CONTACT_DATA_LIST_T>();
   EXPECT_EQ(import(row({{kFn, "Ann"}}) + row({{kFn, "Bob"}}) + row({{kFn, "Bob"}}), *list), 19);
-  EXPECT_EQ(names_of(*list), (Names{"Bob", "Bob"}));
+  EXPECT_EQ(shown(list->Contacts), "1:Bob 2:Bob");
 
   host().lists().give_contacts(false);
   host().lists().give_blacklist(false);
@@ -227,15 +215,14 @@ TEST_F(CsvTest, TheSixthGroupLeavesItsPlaceToDefault) {
   EXPECT_EQ(
       import(rows + row({{kFn, "Ann"}}) + row({{kFn, "Bob"}, {kGroup, "G5"}, {kText, "Five"}})),
       16);
-  EXPECT_EQ(names_of(contacts()), (Names{"N1", "N2", "N3", "N4", "N5", "Ann", "Bob"}));
-  EXPECT_EQ(groups_of(contacts()),
-            (Names{"G1:R", "G2:R", "G3:R", "G4:R", "G5:Auto", "Default:Auto"}));
+  EXPECT_EQ(shown(contacts().Contacts), "1:N1 2:N2 3:N3 4:N4 5:N5 6:Ann 7:Bob");
+  EXPECT_EQ(groups(), "1:G1:R 2:G2:R 3:G3:R 4:G4:R 5:G5:Auto 6:Default:Auto ");
   EXPECT_STREQ(contacts().Groups[4].Description, "Five") << "later rows describe a group anew";
 
   // The row that would have been Default's first is dropped like any other.
   EXPECT_EQ(import(rows.substr(0, rows.find("N6,")) + row({{kFn, "Ann"}}) + row({{kFn, "Bob"}})),
             16);
-  EXPECT_EQ(names_of(contacts()), (Names{"N1", "N2", "N3", "N4", "N5", "Bob"}));
+  EXPECT_EQ(shown(contacts().Contacts), "1:N1 2:N2 3:N3 4:N4 5:N5 6:Bob");
 }
 
 TEST_F(CsvTest, AllSixGroupsAreFreeOnceDefaultIsKnown) {
@@ -243,21 +230,20 @@ TEST_F(CsvTest, AllSixGroupsAreFreeOnceDefaultIsKnown) {
   for (int i = 1; i <= 7; ++i)
     rows += row({{kFn, "N" + std::to_string(i)}, {kGroup, std::to_string(i)}});
   EXPECT_EQ(import(row({{kFn, "Ann"}}) + rows), 16);
-  EXPECT_EQ(groups_of(contacts()),
-            (Names{"Default:Auto", "1:Auto", "2:Auto", "3:Auto", "4:Auto", "5:Auto"}));
+  EXPECT_EQ(groups(), "1:Default:Auto 2:1:Auto 3:2:Auto 4:3:Auto 5:4:Auto 6:5:Auto ");
 
   // Into another list, while the host's has the group.
   auto list = std::make_unique<CONTACT_DATA_LIST_T>();
   std::fill_n(contacts().Contacts, 10, CONTACT_DATA_T{});
   EXPECT_EQ(import(rows, *list), 16);
-  EXPECT_EQ(groups_of(*list), (Names{"1:Auto", "2:Auto", "3:Auto", "4:Auto", "5:Auto", "6:Auto"}));
-  EXPECT_EQ(names_of(*list).size(), 6u);
+  EXPECT_EQ(rings(Used(list->Groups)), "1:1:Auto 2:2:Auto 3:3:Auto 4:4:Auto 5:5:Auto 6:6:Auto ");
+  EXPECT_EQ(Used(list->Contacts).size(), 6u);
 }
 
 TEST_F(CsvTest, The501stRowStopsTheImport) {
   EXPECT_EQ(import(numbered_rows(500) + "\n"), 0);
   EXPECT_EQ(import(numbered_rows(502)), 17);
-  EXPECT_EQ(names_of(contacts()).size(), 500u);
+  EXPECT_EQ(Used(contacts().Contacts).size(), 500u);
   EXPECT_EQ(import(row({{kFn, "N1"}}) + numbered_rows(501)), 19) << "a name in use comes first";
   std::string rows;
   for (int i = 1; i <= 6; ++i) rows += row({{kGroup, std::to_string(i)}});
@@ -265,33 +251,27 @@ TEST_F(CsvTest, The501stRowStopsTheImport) {
 }
 
 TEST_F(CsvTest, AFileThatCannotBeReadLeavesAnEmptyList) {
-  contact(0).Id = 1;
+  slot(0).Id = 1;
   EXPECT_EQ(get_contact_csv(nullptr, &contacts()), -1);
   EXPECT_EQ(get_contact_csv("/c.csv", nullptr), -1);
   EXPECT_EQ(log().back().rfind("Input param is NULL! file: adapter_handle_csv, line: ", 0), 0u);
-  EXPECT_EQ(contact(0).Id, 1);
+  EXPECT_EQ(slot(0).Id, 1);
   EXPECT_EQ(get_contact_csv(on_disk("/none.csv").c_str(), &contacts()), -1);
-  EXPECT_EQ(contact(0).Id, 0);
+  EXPECT_EQ(slot(0).Id, 0);
   for (const std::string& path : no_files()) {
     EXPECT_EQ(get_contact_csv(path.c_str(), &contacts()), -1);
     EXPECT_EQ(save_contact_csv(path.c_str(), nullptr), -1);
   }
 }
 
-/// Groups and contacts of community data, released on the way.
-std::pair<Names, Names> take(COMMUNITY_DATA_T* data) {
-  std::pair<Names, Names> result;
-  for (GROUP_SUMMARY_T* group = data->Groups; group != nullptr;) {
-    result.first.push_back(std::to_string(group->Id) + group->Name + ":" + group->Ring);
-    rl_free(std::exchange(group, group->next));
-  }
-  for (COMMUNITY_CONTACT_T* node = data->Contacts; node != nullptr;) {
-    const CONTACT_DATA_T& contact = node->Contact;
-    result.second.push_back(std::to_string(contact.Id) + contact.DisplayName + "@" + contact.Group);
-    rl_free(std::exchange(node, node->next));
+/// Groups and contacts of community data, which is freed.
+std::pair<std::string, std::string> take_all(COMMUNITY_DATA_T* data) {
+  std::pair<std::string, std::string> texts(rings(take(data->Groups)), "");
+  for (const COMMUNITY_CONTACT_T& node : take(data->Contacts)) {
+    texts.second += shown(std::vector{node.Contact}) + "@" + node.Contact.Group + " ";
   }
   rl_free(data);
-  return result;
+  return texts;
 }
 
 TEST_F(CsvTest, CommunityDataTakesEveryNameAndGroup) {
@@ -299,13 +279,14 @@ TEST_F(CsvTest, CommunityDataTakesEveryNameAndGroup) {
   write("/c.csv", kHeader + row({{kFn, "Ann"}, {kGroup, "A"}, {kGroupRing, "one"}}) + "\n" +
                       row({{kFn, "Ann"}, {kGroup, "A"}, {kGroupRing, "two"}}) +
                       row({{kFn, "Bob"}}) + "Cid,\n");
-  const auto [groups, people] = take(get_community_contact_csv(path.c_str()));
-  EXPECT_EQ(groups, (Names{"1A:one", "2Default:Auto", "3:"})) << "a group's first row describes it";
-  EXPECT_EQ(people, (Names{"1Ann@A", "2Ann@A", "3Bob@Default", "4Cid@"}));
+  const auto [groups, people] = take_all(get_community_contact_csv(path.c_str()));
+  EXPECT_EQ(groups, "1:A:one 2:Default:Auto 3:: ") << "a group's first row describes it";
+  EXPECT_EQ(people, "1:Ann@A 2:Ann@A 3:Bob@Default 4:Cid@ ");
 
   write("/c.csv", kHeader + numbered_rows(501));
-  EXPECT_EQ(take(get_community_contact_csv(path.c_str())).second.back(), "500N500@Default");
-  EXPECT_EQ(take(get_community_contact_csv(on_disk("/tmp").c_str())).second, Names{});
+  const std::string all = take_all(get_community_contact_csv(path.c_str())).second;
+  EXPECT_EQ(all.substr(all.size() - 18), " 500:N500@Default ");
+  EXPECT_EQ(take_all(get_community_contact_csv(on_disk("/tmp").c_str())).second, "");
   EXPECT_EQ(get_community_contact_csv(nullptr), nullptr);
 }
 
@@ -313,16 +294,17 @@ TEST_F(CsvTest, AnExportHoldsEveryValueInItsColumn) {
   const std::string path = on_disk("/out.csv");
   ASSERT_EQ(import("Bob,,,,1,2,3,,,r,,,,,,,,,,Work,Bell,Team,p,4,END\n"), 0);
   CONTACT_SUMMARY_T* summary = cfg_get_contact_summary("");
-  EXPECT_EQ(save_contact_csv(path.c_str(), summary), 0);
-  EXPECT_EQ(read("/out.csv"), kHeader + "Bob,Bob,,,1,2,3,,,r,,,,,,,,,,Work,Bell,Team,p,4,END\n");
-
-  copy("Gone", summary->Group);
-  EXPECT_EQ(save_contact_csv(path.c_str(), summary), 0);
-  EXPECT_EQ(read("/out.csv"), kHeader + "Bob,Bob,,,1,2,3,,,r,,,,,,,,,,Gone,,,p,4,END\n");
-  copy("Work", summary->Group);
+  const auto expect_row = [&](const std::string& group) {
+    EXPECT_EQ(save_contact_csv(path.c_str(), summary), 0);
+    EXPECT_EQ(read("/out.csv"), kHeader + "Bob,Bob,,,1,2,3,,,r,,,,,,,,,," + group + ",p,4,END\n");
+  };
+  expect_row("Work,Bell,Team");
+  put(summary->Group, "Gone");
+  expect_row("Gone,,");
+  put(summary->Group, "Work");
   host().lists().give_contacts(false);
-  EXPECT_EQ(save_contact_csv(path.c_str(), summary), 0);
-  EXPECT_EQ(read("/out.csv"), kHeader + "Bob,Bob,,,1,2,3,,,r,,,,,,,,,,Work,,,p,4,END\n");
+  expect_row("Work,,");
+  host().lists().give_contacts(true);
   cfg_destory_contact_summary(summary);
 
   EXPECT_EQ(save_contact_csv(path.c_str(), nullptr), 0);
@@ -388,47 +370,12 @@ TEST_F(CsvTest, AnExportReadsBackUnlessAValueHoldsAComma) {
   EXPECT_EQ(get_contact_csv(on_disk("/out.csv").c_str(), &contacts()), 0);
   EXPECT_EQ(std::memcmp(before.get(), &contacts(), sizeof contacts()), 0);
 
-  copy("Ann, Dr", summary->DisplayName);
+  put(summary->DisplayName, "Ann, Dr");
   ASSERT_EQ(save_contact_csv(on_disk("/out.csv").c_str(), summary), 0);
   cfg_destory_contact_summary(summary);
   EXPECT_EQ(get_contact_csv(on_disk("/out.csv").c_str(), &contacts()), 0);
-  EXPECT_STREQ(contact(0).DisplayName, "Ann");
-  EXPECT_STREQ(contact(0).OtherNumber, "1") << "two columns to the right: the name stands twice";
-}
-
-TEST_F(CsvTest, TheSampleProfileComesBackButForValuesWithCommas) {
-  const std::string profile = CFGXML_SAMPLES "/profile/config/Phone/Contact/Contact.xml";
-  ASSERT_EQ(get_contact_xml(profile.c_str(), &contacts()), 0);
-  const Names all = names_of(contacts());
-  CONTACT_SUMMARY_T* summary = nullptr;  // "Default" first: six groups leave it no other place
-  CONTACT_SUMMARY_T** end = &summary;
-  for (const GROUP_DATA_T& group : contacts().Groups) {
-    *end = cfg_get_contact_summary(group.Name);
-    while (*end != nullptr) end = &(*end)->next;
-  }
-  ASSERT_EQ(save_contact_csv(on_disk("/out.csv").c_str(), summary), 0);
-  auto list = std::make_unique<CONTACT_DATA_LIST_T>();
-  host().lists().clear();
-  ASSERT_EQ(get_contact_csv(on_disk("/out.csv").c_str(), list.get()), 0);
-  EXPECT_EQ(groups_of(*list).size(), 6u);
-
-  int came_back = 0;
-  const CONTACT_DATA_T* read = list->Contacts;
-  for (const auto* node = summary; node != nullptr; node = node->next, ++read) {
-    const Names before = {
-        node->DisplayName, node->OfficeNumber, node->MobileNumber, node->OtherNumber,
-        node->Group,       node->Ring,         node->Photo,        std::to_string(node->Line)};
-    const Names after = {
-        read->DisplayName, read->OfficeNumber, read->MobileNumber, read->OtherNumber,
-        read->Group,       read->Ring,         read->Photo,        std::to_string(read->Line)};
-    std::string values = std::string(node->Group) == "Support" ? "Second level, 8 to 18 h" : "";
-    for (const std::string& value : before) values += value;
-    EXPECT_EQ(before == after, values.find(',') == std::string::npos) << node->DisplayName;
-    came_back += before == after ? 1 : 0;
-  }
-  cfg_destory_contact_summary(summary);
-  EXPECT_EQ(names_of(*list).size(), all.size());
-  EXPECT_EQ(came_back, 93);
+  EXPECT_STREQ(slot(0).DisplayName, "Ann");
+  EXPECT_STREQ(slot(0).OtherNumber, "1") << "two columns to the right: the name stands twice";
 }
 
 }  // namespace

@@ -28,6 +28,14 @@ std::string entry_xml(int id, const std::string& name) {
   return contact_xml(id, name, "Blacklist");
 }
 
+std::string new_file(const std::string& group, const std::string& ring, const std::string& name) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ContactData>\n    <Group Id=\"1\" Name=\"" +
+         group + "\" Ring=\"" + ring +
+         "\" Description=\"\">\n        <Contact Id=\"1\" Line=\"0\" DisplayName=\"" + name +
+         "\" OfficeNumber=\"\" MobileNumber=\"\" OtherNumber=\"\" Ring=\"\" Photo=\"\"/>\n    "
+         "</Group>\n</ContactData>\n";
+}
+
 class PhonebookFilesTest : public Phone {
  protected:
   int load(const std::string& inside_root) {
@@ -134,8 +142,7 @@ TEST_F(PhonebookFilesTest, BrokenContactFileLeavesNothingAndIsKeptAsideAtTheNext
   write(kContacts, "<Book><Group");
   EXPECT_EQ(contact_init(&contacts()), -1);
   EXPECT_TRUE(logged("load file </config/Phone/Contact/Contact.xml> failed!"));
-  EXPECT_EQ(contacts().Groups[0].Id, 0);
-  EXPECT_EQ(contacts().Contacts[0].Id, 0);
+  EXPECT_EQ(shown(contacts().Groups) + shown(contacts().Contacts), "");
   EXPECT_EQ(read(kContacts), "<Book><Group") << "reading changes no file";
 
   contacts().Contacts[0].Id = 1;
@@ -144,12 +151,7 @@ TEST_F(PhonebookFilesTest, BrokenContactFileLeavesNothingAndIsKeptAsideAtTheNext
       logged("save_contact_xml:load file </config/Phone/Contact/Contact.xml> failed, create "
              "a new file!"));
   EXPECT_EQ(read(kContacts + ".corrupt"), "<Book><Group");
-  EXPECT_EQ(read(kContacts),
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ContactData>\n"
-            "    <Group Id=\"1\" Name=\"Default\" Ring=\"Auto\" Description=\"\">\n"
-            "        <Contact Id=\"1\" Line=\"0\" DisplayName=\"(Empty)\" OfficeNumber=\"\""
-            " MobileNumber=\"\" OtherNumber=\"\" Ring=\"\" Photo=\"\"/>\n"
-            "    </Group>\n</ContactData>\n")
+  EXPECT_EQ(read(kContacts), new_file("Default", "Auto", "(Empty)"))
       << "contacts without a group are written under one that a reload finds";
 
   write(kContacts, "<!-- no root -->");
@@ -222,23 +224,13 @@ TEST_F(PhonebookFilesTest, AFileFromAWrongClockIsReadAndReplaced) {
 
 TEST_F(PhonebookFilesTest, CommunityDataIsWrittenToItsPath) {
   COMMUNITY_CONTACT_T lost{};
-  lost.Contact.Id = 0;
-  COMMUNITY_CONTACT_T ann{};
-  ann.Contact.Id = 1;
-  ann.next = &lost;
-  rl_strcpy_s(ann.Contact.DisplayName, 64, "Ann");
-  rl_strcpy_s(ann.Contact.Group, 64, "Work");
+  COMMUNITY_CONTACT_T ann{contact("Ann", "", "Work", 1), &lost};
   GROUP_SUMMARY_T work{};
   work.Id = 1;
-  rl_strcpy_s(work.Name, 64, "Work");
+  put(work.Name, "Work");
   COMMUNITY_DATA_T data{{nullptr, nullptr}, &work, &ann};
   EXPECT_EQ(save_community_xml(on_disk("/community.xml").c_str(), &data), 0);
-  EXPECT_EQ(read("/community.xml"),
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ContactData>\n"
-            "    <Group Id=\"1\" Name=\"Work\" Ring=\"\" Description=\"\">\n"
-            "        <Contact Id=\"1\" Line=\"0\" DisplayName=\"Ann\" OfficeNumber=\"\""
-            " MobileNumber=\"\" OtherNumber=\"\" Ring=\"\" Photo=\"\"/>\n"
-            "    </Group>\n</ContactData>\n");
+  EXPECT_EQ(read("/community.xml"), new_file("Work", "", "Ann"));
   EXPECT_EQ(save_community_xml(nullptr, &data), -1);
   EXPECT_TRUE(logged("save_community_xml: Bad parameters"));
 }

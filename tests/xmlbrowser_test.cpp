@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr char kFolder[] = "/app/factory/Static/XMLBrowser/";
+const std::string kFolder = "/app/factory/Static/XMLBrowser/";
 
 std::string repeat(const std::string& part, int count) {
   std::string text;
@@ -48,6 +48,27 @@ testing::AssertionResult same(const Screen& actual, const Screen& expected) {
   return testing::AssertionSuccess();
 }
 
+/// A screen as a root without attributes or children leaves it.
+template <typename Screen>
+std::unique_ptr<Screen> new_screen(int type) {
+  auto screen = std::make_unique<Screen>();
+  screen->header.type = type;
+  screen->header.Timeout = -1;
+  return screen;
+}
+
+const std::pair<int (*)(), const char*> kReleases[] = {
+    {cfg_destory_text_screen_object,
+     "cfg_destory_text_screen_object failed: g_text_screen_object is NULL."},
+    {cfg_destory_text_menu_object,
+     "cfg_destory_text_menu_object failed: g_text_menu_object is NULL."},
+    {cfg_destory_xml_browser_directory_object,
+     "cfg_destory_xml_browser_directory_object failed: g_directory_object is NULL."},
+    {cfg_destory_xml_browser_input_screen_object,
+     "cfg_destory_xml_browser_input_screen_object failed: g_input_screen_object is NULL."},
+    {cfg_destory_xml_browser_configuration_object,
+     "cfg_destory_xml_browser_configuration_object failed: g_configuration_object is NULL."}};
+
 class XmlBrowser : public phone_test::Phone {
  protected:
   void TearDown() override {
@@ -57,11 +78,7 @@ class XmlBrowser : public phone_test::Phone {
   }
 
   static void release_all() {
-    cfg_destory_text_screen_object();
-    cfg_destory_text_menu_object();
-    cfg_destory_xml_browser_directory_object();
-    cfg_destory_xml_browser_input_screen_object();
-    cfg_destory_xml_browser_configuration_object();
+    for (const auto& [release, message] : kReleases) release();
   }
 
   int parse(const std::string& text) {
@@ -113,21 +130,10 @@ TEST_F(XmlBrowser, EveryTypeHasASlotOfItsOwnUntilItIsReleased) {
   EXPECT_EQ(cfg_get_remote_xml_type(), 3);
 
   release_all();
-  forget_log();
-  EXPECT_EQ(cfg_destory_text_screen_object(), -1);
-  EXPECT_EQ(cfg_destory_text_menu_object(), -1);
-  EXPECT_EQ(cfg_destory_xml_browser_directory_object(), -1);
-  EXPECT_EQ(cfg_destory_xml_browser_input_screen_object(), -1);
-  EXPECT_EQ(cfg_destory_xml_browser_configuration_object(), -1);
-  EXPECT_EQ(log(),
-            (std::vector<std::string>{
-                "cfg_destory_text_screen_object failed: g_text_screen_object is NULL.",
-                "cfg_destory_text_menu_object failed: g_text_menu_object is NULL.",
-                "cfg_destory_xml_browser_directory_object failed: g_directory_object is NULL.",
-                "cfg_destory_xml_browser_input_screen_object failed: g_input_screen_object is "
-                "NULL.",
-                "cfg_destory_xml_browser_configuration_object failed: g_configuration_object is "
-                "NULL."}));
+  for (const auto& [release, message] : kReleases) {
+    EXPECT_EQ(release(), -1) << message;
+    EXPECT_EQ(log().back(), message);
+  }
 }
 
 TEST_F(XmlBrowser, WhatIsNoDocumentLeavesTheObjectsAndNoType) {
@@ -188,28 +194,21 @@ TEST_F(XmlBrowser, TheRootsAttributesFillTheHeader) {
 }
 
 TEST_F(XmlBrowser, AbsentAndEmptyAttributesAndKeywordsHaveTheirNumbers) {
-  struct Case {
-    const char* attributes;
-    int index, beep, wrap, timeout, lock, dial, dial1;
-  };
-  for (const Case& c : {
-           Case{"", 0, 0, 0, -1, 0, 0, 0},
-           Case{"defaultIndex='' Beep='' wrapList='' Timeout='' LockIn='' Dial='' Dial1=''", 1, 0,
-                0, -1, 0, 0, 1},
-           Case{
-               "defaultIndex='-3' Beep='YES' wrapList='1' Timeout='0' LockIn='No' Dial='Telephone' "
-               "Dial1='telephone'",
-               -3, 1, 0, 0, 0, 0, 0},
-           Case{"Beep='NO' LockIn='on' Dial='x' Dial1='Telephone1'", 0, 0, 0, -1, 1, 0, 1},
-       }) {
-    const XML_BROWSER_HEADER_T& header = text_screen(c.attributes, "").header;
-    EXPECT_EQ(header.defaultIndex, c.index) << c.attributes;
-    EXPECT_EQ(header.Beep, c.beep) << c.attributes;
-    EXPECT_EQ(header.wrapList, c.wrap) << c.attributes;
-    EXPECT_EQ(header.Timeout, c.timeout) << c.attributes;
-    EXPECT_EQ(header.LockIn, c.lock) << c.attributes;
-    EXPECT_EQ(header.Dial, c.dial) << c.attributes;
-    EXPECT_EQ(header.Dial1, c.dial1) << c.attributes;
+  using Numbers = std::vector<int>;  // index, beep, wrap, timeout, lock, dial, dial1
+  const std::pair<const char*, Numbers> kCases[] = {
+      {"", {0, 0, 0, -1, 0, 0, 0}},
+      {"defaultIndex='' Beep='' wrapList='' Timeout='' LockIn='' Dial='' Dial1=''",
+       {1, 0, 0, -1, 0, 0, 1}},
+      {"defaultIndex='-3' Beep='YES' wrapList='1' Timeout='0' LockIn='No' Dial='Telephone' "
+       "Dial1='telephone'",
+       {-3, 1, 0, 0, 0, 0, 0}},
+      {"Beep='NO' LockIn='on' Dial='x' Dial1='Telephone1'", {0, 0, 0, -1, 1, 0, 1}}};
+  for (const auto& [attributes, numbers] : kCases) {
+    const XML_BROWSER_HEADER_T& header = text_screen(attributes, "").header;
+    EXPECT_EQ((Numbers{header.defaultIndex, header.Beep, header.wrapList, header.Timeout,
+                       header.LockIn, header.Dial, header.Dial1}),
+              numbers)
+        << attributes;
   }
 }
 
@@ -244,15 +243,11 @@ TEST_F(XmlBrowser, SoftKeysOverwriteWhatTheyCarryAndKeepToTheirFourSlots) {
     body += "<SoftKey index='" + std::string(index) + "'><Label>x</Label></SoftKey>";
   }
   const XML_TEXT_SCREEN_T& screen = text_screen("", body);
-  XML_TEXT_SCREEN_T expected{};
-  expected.header.type = 2;
-  expected.header.Timeout = -1;
-  put(expected.Text, std::string(255, 't'));
-  put(expected.SoftKeys[0].Label, "one");
-  put(expected.SoftKeys[0].URI, std::string("\0ost", 4));
-  put(expected.SoftKeys[3].Label, "four");
-  put(expected.SoftKeys[3].URI, "v");
-  EXPECT_TRUE(same(screen, expected));
+  const auto expected = new_screen<XML_TEXT_SCREEN_T>(2);
+  put(expected->Text, std::string(255, 't'));
+  expected->SoftKeys[0] = {"one", "\0ost"};
+  expected->SoftKeys[3] = {"four", "v"};
+  EXPECT_TRUE(same(screen, *expected));
 }
 
 TEST_F(XmlBrowser, AMenuItemThatSpeaksOfAllBecomesTwo) {
@@ -263,30 +258,14 @@ TEST_F(XmlBrowser, AMenuItemThatSpeaksOfAllBecomesTwo) {
       "<DataID>All</DataID><Option text='t'>v</Option><Option>w</Option></MenuItem>"
       "<SoftKey index='4'><Label>l</Label></SoftKey>",
       "IsSimplified='yes' DivPosPix='120' CombineData='c'");
-  const auto expected = std::make_unique<XML_TEXT_MENU_T>();
-  expected->header.type = 1;
-  expected->header.Timeout = -1;
-  XML_TEXT_MENU_BLOCK_T& block = expected->header.block.menu;
-  block.LocalData[1] = block.LocalData[2] = block.IsSimplified = 1;
-  block.DivPosPix = 120;
-  put(block.CombineData, "c");
+  const auto expected = new_screen<XML_TEXT_MENU_T>(1);
+  expected->header.block.menu = {{0, 1, 1}, 1, 120, "c"};
   put(expected->Title, "t");
   expected->showlistcount = 1;
   expected->ItemCount = 3;
-  XML_MENU_ITEM_T* items = expected->Items;
-  put(items[0].Prompt, "one");
-  put(items[0].URI, "u");
-  put(items[0].Dial, "d");
-  put(items[1].Prompt, "two");
-  put(items[1].Selection, "s");
-  put(items[1].Options[0].text, "t");
-  put(items[1].Options[0].value, "v");
-  put(items[1].Options[1].value, "w");
-  items[2] = items[1];
-  put(items[1].PromptDataID, "line.01");
-  put(items[1].DataID, "01");
-  put(items[2].PromptDataID, "line.02");
-  put(items[2].DataID, "02");
+  expected->Items[0] = {"one", "u", "d", "", "", "", 0, {}};
+  expected->Items[1] = {"two", "", "", "s", "line.01", "01", 0, {{"t", "v"}, {"", "w"}}};
+  expected->Items[2] = {"two", "", "", "s", "line.02", "02", 0, {{"t", "v"}, {"", "w"}}};
   put(expected->SoftKeys[3].Label, "l");
   EXPECT_TRUE(same(menu, *expected));
 }
@@ -320,9 +299,7 @@ TEST_F(XmlBrowser, AnItemWithoutAPromptDoesNotCountAndLeavesNothing) {
       "<MenuItem LocalData='yes'><URI>lost</URI><Prompt DataID='All'/><Option>1</Option></MenuItem>"
       "<MenuItem LocalData='no'><Prompt>kept</Prompt></MenuItem>",
       "IsSimplified='yes'");
-  const auto expected = std::make_unique<XML_TEXT_MENU_T>();
-  expected->header.type = 1;
-  expected->header.Timeout = -1;
+  const auto expected = new_screen<XML_TEXT_MENU_T>(1);
   expected->header.block.menu.IsSimplified = 1;
   expected->ItemCount = 1;
   put(expected->Items[0].Prompt, "kept");
@@ -335,19 +312,10 @@ TEST_F(XmlBrowser, ADirectoryListsNamesNumbersAndPresence) {
       "<Presence>Busy&amp;Ringing</Presence><URI>u</URI><Selection>s</Selection></DirectoryEntry>"
       "<MenuItem><Telephone>lost</Telephone><Presence>dnd</Presence><Name/></MenuItem>"
       "<menuitem><Prompt>Bob</Prompt><Presence>asleep</Presence></menuitem>");
-  const auto expected = std::make_unique<XML_DIRECTORY_T>();
-  expected->header.type = 3;
-  expected->header.Timeout = -1;
+  const auto expected = new_screen<XML_DIRECTORY_T>(3);
   expected->EntryCount = 2;
-  put(expected->Entries[0].Name, "Ann");
-  put(expected->Entries[0].Telephone, "1");
-  put(expected->Entries[0].Telephone1, "2");
-  put(expected->Entries[0].Presence, "Busy&Ringing");
-  expected->Entries[0].PresenceState = 7;
-  put(expected->Entries[0].URI, "u");
-  put(expected->Entries[0].Selection, "s");
-  put(expected->Entries[1].Name, "Bob");
-  put(expected->Entries[1].Presence, "asleep");
+  expected->Entries[0] = {"Ann", "1", "2", "Busy&Ringing", "u", "s", 7};
+  expected->Entries[1] = {"Bob", "", "", "asleep", "", "", 0};
   EXPECT_TRUE(same(shown, *expected));
 
   const char* const kTexts[] = {"",        "offline", "DND",         "online",   "Away",
@@ -424,9 +392,7 @@ TEST_F(XmlBrowser, TheRootOfAnInputScreenIsItsFirstField) {
       "<Default>d1</Default><Option>w</Option><DataID>i1</DataID><URL>u1</URL>",
       "type='Edit' password='' is_interger='YES' startodot='yes' CombineData='c' SaveNext='s' "
       "DivPosPix='9'");
-  const auto expected = std::make_unique<XML_INPUT_SCREEN_T>();
-  expected->header.type = 4;
-  expected->header.Timeout = -1;
+  const auto expected = new_screen<XML_INPUT_SCREEN_T>(4);
   XML_INPUT_SCREEN_BLOCK_T& block = expected->header.block.input;
   block.type[0] = -1;
   block.password[0] = block.is_interger[0] = block.emptyable[0] = 1;
@@ -438,17 +404,8 @@ TEST_F(XmlBrowser, TheRootOfAnInputScreenIsItsFirstField) {
   block.step[1] = 3;
   put(expected->Title, "t");
   expected->FieldCount = 2;
-  put(expected->Fields[0].Prompt, "p0");
-  put(expected->Fields[0].Parameter, "a0");
-  put(expected->Fields[0].Options[0].value, "-");
-  XML_INPUT_FIELD_T& last = expected->Fields[1];
-  put(last.Prompt, "p1");
-  put(last.Default, "d1");
-  put(last.DataID, "i1");
-  put(last.URL, "u1");
-  put(last.Options[0].text, "t");
-  put(last.Options[0].value, "v");
-  put(last.Options[1].value, "w");
+  expected->Fields[0] = {"p0", "a0", "", "", "", {{"", "-"}}};
+  expected->Fields[1] = {"p1", "", "d1", "u1", "i1", {{"t", "v"}, {"", "w"}}};
   put(expected->SoftKeys[0].Label, "l");
   EXPECT_TRUE(same(screen, *expected));
   EXPECT_EQ(input_screen("").FieldCount, 1);
@@ -491,12 +448,10 @@ TEST_F(XmlBrowser, OptionsAreTakenCountedOutOrDoubled) {
        }) {
     const XML_INPUT_SCREEN_T& screen = input_screen(c.body, c.attributes);
     const XML_INPUT_FIELD_T& field = screen.Fields[0];
-    int count = 0;
-    while (count < 30 && field.Options[count].value[0] != '\0') ++count;
-    ASSERT_EQ(count, c.count) << c.attributes;
+    ASSERT_TRUE(c.count == 30 || field.Options[c.count].value[0] == '\0') << c.attributes;
     EXPECT_STREQ(field.Options[0].value, c.first_value) << c.attributes;
-    EXPECT_STREQ(field.Options[count - 1].value, c.last_value) << c.attributes;
-    EXPECT_STREQ(field.Options[count - 1].text, c.last_text) << c.attributes;
+    EXPECT_STREQ(field.Options[c.count - 1].value, c.last_value) << c.attributes;
+    EXPECT_STREQ(field.Options[c.count - 1].text, c.last_text) << c.attributes;
     EXPECT_STREQ(screen.Fields[1].Prompt, "") << c.attributes;  // what lies behind the options
   }
 }
@@ -517,62 +472,55 @@ TEST_F(XmlBrowser, AConfigurationFillsThreeKeysByNumber) {
     text += key(nothing, "<Label>x</Label>");
   }
   ASSERT_EQ(parse("<IPPhoneConfiguration>" + text + "</IPPhoneConfiguration>"), 0);
-  XML_CONFIGURATION_T expected{};
-  expected.header.type = 5;
-  expected.header.Timeout = -1;
-  put(expected.Keys[0].Type, "12345678901");
-  put(expected.Keys[0].Label, "l");
-  put(expected.Keys[0].Param1, "a");
-  put(expected.Keys[0].Param2, "b");
-  put(expected.Keys[0].Param3, "c");
-  put(expected.Keys[1].Label, std::string("\0econd", 6));
-  put(expected.Keys[1].Type, "t");
-  put(expected.Keys[2].Param1, "last");
-  EXPECT_TRUE(same(*cfg_get_xml_browser_configuration_object(), expected));
+  const auto expected = new_screen<XML_CONFIGURATION_T>(5);
+  expected->Keys[0] = {"12345678901", "l", "a", "b", "c", ""};
+  expected->Keys[1] = {"t", "\0econd", "", "", "", ""};
+  put(expected->Keys[2].Param1, "last");
+  EXPECT_TRUE(same(*cfg_get_xml_browser_configuration_object(), *expected));
 }
 
 TEST_F(XmlBrowser, TheCacheKeepsTheFactoryDocumentsWithTheDefaultNames) {
   EXPECT_EQ(cfg_load_local_xml_file_cache(), -1);
   EXPECT_TRUE(logged("Open file path </app/factory/Static/XMLBrowser/> fail!\n"));
 
-  const std::string document = kFolder + std::string("menu.xml");
-  std::filesystem::create_directories(on_disk(kFolder + std::string("folder")));
+  const std::string document = kFolder + "menu.xml";
+  std::filesystem::create_directories(on_disk(kFolder + "folder"));
   int blocks = 0;
   host::guard_memory([&](std::size_t /*size*/) { return ++blocks < 0; });
   EXPECT_EQ(cfg_load_local_xml_file_cache(), 0);
   host::guard_memory(nullptr);
   EXPECT_EQ(blocks, 0) << "a folder takes no memory";
-  write(
-      document,
-      "<IPPhoneTextMenu><MenuItem><Prompt>a&#32;\r\n\rb</Prompt>\r</MenuItem></IPPhoneTextMenu>\r");
-  write(kFolder + std::string(".hidden.xml"), sample("directory.xml"));
-  write(kFolder + std::string("empty.xml"), "");
-  write(kFolder + std::string("nul.xml"), std::string("<IPPhoneDirectory/>\0<", 21));
-  write(kFolder + std::string("broken.xml"), "<IPPhoneTextMenu>");
-  std::filesystem::create_symlink("nowhere", on_disk(kFolder + std::string("dangling.xml")));
+  write(document,
+        "<IPPhoneTextMenu><MenuItem><Prompt>a&#32;\r\n\rb\n\rc</Prompt>\r</MenuItem></"
+        "IPPhoneTextMenu>\r");
+  write(kFolder + ".hidden.xml", sample("directory.xml"));
+  write(kFolder + "empty.xml", "");
+  write(kFolder + "nul.xml", std::string("<IPPhoneDirectory/>\0<", 21));
+  write(kFolder + "broken.xml", "<IPPhoneTextMenu>");
+  std::filesystem::create_symlink("nowhere", on_disk(kFolder + "dangling.xml"));
   EXPECT_EQ(cfg_load_local_xml_file_cache(), 0);  // read now: an empty cache is not a loaded one
   set_item(46, 0, "Acme");
   set_item(46, 3, "Acme");
   for (const char* name : {"menu.xml", "nul.xml", "broken.xml", ".hidden.xml"}) {
-    std::filesystem::remove(on_disk(kFolder + std::string(name)));
+    std::filesystem::remove(on_disk(kFolder + name));
   }
   EXPECT_EQ(cfg_load_local_xml_file_cache(), 0);
 
   forget_log();
   EXPECT_EQ(cfg_parse_remote_xml(document.c_str()), 0);
   ASSERT_EQ(cfg_get_remote_xml_type(), 1);
-  EXPECT_STREQ(cfg_get_text_menu_object()->Items[0].Prompt, "a \n\nb");
+  EXPECT_STREQ(cfg_get_text_menu_object()->Items[0].Prompt, "a \n\nb\n\nc");
   ASSERT_EQ(log().size(), 1U);
   EXPECT_NE(log()[0].find(" " + document + " " + document + " ===================cache file found"),
             std::string::npos);
-  EXPECT_EQ(cfg_parse_remote_xml((kFolder + std::string("nul.xml")).c_str()), 0);
+  EXPECT_EQ(cfg_parse_remote_xml((kFolder + "nul.xml").c_str()), 0);
   EXPECT_EQ(cfg_get_remote_xml_type(), 3);
 
   forget_log();
-  EXPECT_EQ(cfg_parse_remote_xml((kFolder + std::string("empty.xml")).c_str()), -1);
-  EXPECT_EQ(cfg_parse_remote_xml((kFolder + std::string("broken.xml")).c_str()), -1);
+  EXPECT_EQ(cfg_parse_remote_xml((kFolder + "empty.xml").c_str()), -1);
+  EXPECT_EQ(cfg_parse_remote_xml((kFolder + "broken.xml").c_str()), -1);
   EXPECT_EQ(log().size(), 2U);  // found in the cache both times; nothing says that they failed
-  EXPECT_EQ(cfg_parse_remote_xml((kFolder + std::string(".hidden.xml")).c_str()), -1);
+  EXPECT_EQ(cfg_parse_remote_xml((kFolder + ".hidden.xml").c_str()), -1);
 
   EXPECT_EQ(cfg_free_local_xml_file_cache(), 0);
   EXPECT_EQ(cfg_free_local_xml_file_cache(), 0);
@@ -604,16 +552,18 @@ TEST_F(XmlBrowser, SubstitutionReplacesEveryOccurrenceWithinTheCapacity) {
            Case{"abc", "b", "1234567890123\xC3\xA4", "a1234567890123"},
            Case{"abc", "abc", "", ""},
            Case{"", "x", "yy", ""},
+           Case{"A", "A", "BCD", "BCD"},
        }) {
     char text[16] = {};
     put(text, c.text);
-    EXPECT_EQ(xmlbrowser_str_replace(text, sizeof text, c.old_text, c.new_text), 0);
+    std::size_t scratch = 0;
+    host::guard_memory([&](std::size_t size) { return (scratch = size) != 0; });
+    EXPECT_EQ(xmlbrowser_str_replace(text, sizeof text, c.old_text, c.new_text), 0) << c.text;
+    host::guard_memory(nullptr);
     EXPECT_STREQ(text, c.result);
+    EXPECT_GT(scratch, std::strlen(c.result)) << c.text;
   }
   char text[16] = "kept";
-  EXPECT_EQ(xmlbrowser_str_replace(nullptr, 16, "k", "x"), -1);
-  EXPECT_EQ(xmlbrowser_str_replace(text, 16, nullptr, "x"), -1);
-  EXPECT_EQ(xmlbrowser_str_replace(text, 16, "k", nullptr), -1);
   EXPECT_EQ(xmlbrowser_str_replace(text, 16, "", "x"), -1);
   EXPECT_EQ(xmlbrowser_str_replace(text, 0, "k", "x"), -1);
   EXPECT_STREQ(text, "kept");

@@ -9,8 +9,11 @@
 #include <vector>
 
 #include "support/phone.h"
+#include "support/records.h"
 
 namespace {
+
+using phone_test::take;
 
 class FormatsTest : public phone_test::Phone {
  protected:
@@ -42,41 +45,27 @@ int length(const Node* chain) {
   return nodes;
 }
 
-/// The same for a chain that the caller frees node by node.
-template <typename Node>
-int length_of(Node* chain) {
-  int nodes = 0;
-  for (Node* next; chain != nullptr; chain = next, ++nodes) {
-    next = chain->next;
-    rl_free(chain);
-  }
-  return nodes;
-}
-
 TEST_F(FormatsTest, FilesOfTheBlocksComeBackAsTheyWere) {
-  const std::string contact_file = "/config/Phone/Contact/Contact.xml";
-  write(contact_file, example("contacts.md"));
-  EXPECT_EQ(contact_init(&contacts()), 0);
+  const struct {
+    std::string path, page;
+    int (*load)();
+    int (*save)();
+  } kFiles[] = {{"/config/Phone/Contact/Contact.xml", "contacts.md",
+                 [] { return contact_init(&contacts()); }, contact_delay_save},
+                {"/config/Phone/Contact/Blacklist.xml", "blacklist.md",
+                 [] { return black_init(&blacklist()); }, black_delay_save},
+                {"/config/Phone/History/History.xml", "history.md",
+                 [] { return history_init(&history()); }, history_delay_save}};
+  for (const auto& [path, page, load, save] : kFiles) {
+    write(path, example(page));
+    EXPECT_EQ(load(), 0) << page;
+    std::filesystem::remove(on_disk(path));
+    EXPECT_EQ(save(), 0) << page;
+    EXPECT_EQ(read(path), example(page));
+  }
   EXPECT_EQ(contacts().Contacts[2].Id, 3);
-  std::filesystem::remove(on_disk(contact_file));
-  EXPECT_EQ(contact_delay_save(), 0);
-  EXPECT_EQ(read(contact_file), example("contacts.md"));
-
-  const std::string black_file = "/config/Phone/Contact/Blacklist.xml";
-  write(black_file, example("blacklist.md"));
-  EXPECT_EQ(black_init(&blacklist()), 0);
   EXPECT_EQ(blacklist().Entries[1].Line, 2);
-  std::filesystem::remove(on_disk(black_file));
-  EXPECT_EQ(black_delay_save(), 0);
-  EXPECT_EQ(read(black_file), example("blacklist.md"));
-
-  const std::string history_file = "/config/Phone/History/History.xml";
-  write(history_file, example("history.md"));
-  EXPECT_EQ(history_init(&history()), 0);
   EXPECT_EQ(history().Records[1].ID, 2);
-  std::filesystem::remove(on_disk(history_file));
-  EXPECT_EQ(history_delay_save(), 0);
-  EXPECT_EQ(read(history_file), example("history.md"));
 }
 
 TEST_F(FormatsTest, CsvFileComesBackAsItWas) {
@@ -109,12 +98,12 @@ TEST_F(FormatsTest, ListsInTheirFilesAreRead) {
   write("/config/Phone/General/DialRule/DialNow.xml", rules.at(0));
   write("/config/Phone/General/DialRule/DialReplace.xml", rules.at(1));
   write("/config/Phone/General/DialRule/BlockOut.xml", rules.at(2));
-  EXPECT_EQ(length_of(cfg_get_dialnow_list()), 2);
-  EXPECT_EQ(length_of(cfg_get_dialreplace_list()), 1);
-  EXPECT_EQ(length_of(cfg_get_blockout_list()), 1);
+  EXPECT_EQ(take(cfg_get_dialnow_list()).size(), 2u);
+  EXPECT_EQ(take(cfg_get_dialreplace_list()).size(), 1u);
+  EXPECT_EQ(take(cfg_get_blockout_list()).size(), 1u);
 
   write("/config/Phone/Message/Message.xml", example("messages.md"));
-  EXPECT_EQ(length_of(cfg_get_all_sms_details_list()), 2);
+  EXPECT_EQ(take(cfg_get_all_sms_details_list()).size(), 2u);
   EXPECT_EQ(cfg_get_inbox_unread(), 1);
 
   write("/config/System/TimeZone.xml", example("timezones.md"));

@@ -87,29 +87,25 @@ class XmlBrowser : public phone_test::Phone {
   }
 
   const XML_TEXT_SCREEN_T& text_screen(const std::string& attributes, const std::string& body) {
-    return show("TextScreen", attributes, body, cfg_destory_text_screen_object,
-                cfg_get_text_screen_object);
+    return show("TextScreen", attributes, body, cfg_get_text_screen_object);
   }
   const XML_TEXT_MENU_T& text_menu(const std::string& body, const std::string& attributes = "") {
-    return show("TextMenu", attributes, body, cfg_destory_text_menu_object,
-                cfg_get_text_menu_object);
+    return show("TextMenu", attributes, body, cfg_get_text_menu_object);
   }
   const XML_DIRECTORY_T& directory(const std::string& body) {
-    return show("Directory", "", body, cfg_destory_xml_browser_directory_object,
-                cfg_get_xml_browser_directory_object);
+    return show("Directory", "", body, cfg_get_xml_browser_directory_object);
   }
   const XML_INPUT_SCREEN_T& input_screen(const std::string& body,
                                          const std::string& attributes = "") {
-    return show("InputScreen", attributes, body, cfg_destory_xml_browser_input_screen_object,
-                cfg_get_xml_browser_input_screen_object);
+    return show("InputScreen", attributes, body, cfg_get_xml_browser_input_screen_object);
   }
 
  private:
   template <typename Screen>
   const Screen& show(const std::string& type, const std::string& attributes,
-                     const std::string& body, int (*release)(), Screen* (*object)()) {
+                     const std::string& body, Screen* (*object)()) {
     static const auto kNone = std::make_unique<Screen>();
-    release();
+    release_all();
     EXPECT_EQ(parse("<IPPhone" + type + " " + attributes + ">" + body + "</IPPhone" + type + ">"),
               0);
     EXPECT_NE(object(), nullptr);
@@ -176,21 +172,10 @@ TEST_F(XmlBrowser, TheRootsAttributesFillTheHeader) {
           "' Exit='e' InputType='i' "
           "LocalData='yes' RollMode='yes' Dial='telephone1' Dial1='Telephone2'",
       "");
-  XML_TEXT_SCREEN_T expected{};
-  XML_BROWSER_HEADER_T& header = expected.header;
-  header.type = 2;
-  header.defaultIndex = 7;
-  header.Beep = 2;
-  header.Timeout = 30;
-  header.wrapList = header.LockIn = header.LocalData = header.RollMode = 1;
-  header.Dial = header.Dial1 = 1;
-  put(header.style, "s");
-  put(header.Next, "n");
-  put(header.Previous, "p");
-  put(header.Selection, std::string(511, 'x'));
-  put(header.Exit, "e");
-  put(header.InputType, "i");
-  EXPECT_TRUE(same(screen, expected));
+  const auto expected = new_screen<XML_TEXT_SCREEN_T>(2);
+  expected->header = {2, 7, "s", 2, 1, 30, 1, 1, 1, 1, 1, "i", "n", "p", "", "e", {}, {}};
+  put(expected->header.Selection, std::string(511, 'x'));
+  EXPECT_TRUE(same(screen, *expected));
 }
 
 TEST_F(XmlBrowser, AbsentAndEmptyAttributesAndKeywordsHaveTheirNumbers) {
@@ -393,15 +378,8 @@ TEST_F(XmlBrowser, TheRootOfAnInputScreenIsItsFirstField) {
       "type='Edit' password='' is_interger='YES' startodot='yes' CombineData='c' SaveNext='s' "
       "DivPosPix='9'");
   const auto expected = new_screen<XML_INPUT_SCREEN_T>(4);
-  XML_INPUT_SCREEN_BLOCK_T& block = expected->header.block.input;
-  block.type[0] = -1;
-  block.password[0] = block.is_interger[0] = block.emptyable[0] = 1;
-  block.DivPosPix = 9;
-  put(block.CombineData, "c");
-  put(block.SaveNext, "s");
-  block.type[1] = block.min[1] = block.startodot[1] = 1;
-  block.max[1] = 2;
-  block.step[1] = 3;
+  expected->header.block.input = {{-1, 1}, {1},    {},  {},  9,   {1},   {0, 1},
+                                  {0, 2},  {0, 3}, {1}, "c", "s", {0, 1}};
   put(expected->Title, "t");
   expected->FieldCount = 2;
   expected->Fields[0] = {"p0", "a0", "", "", "", {{"", "-"}}};
@@ -493,10 +471,12 @@ TEST_F(XmlBrowser, TheCacheKeepsTheFactoryDocumentsWithTheDefaultNames) {
   write(document,
         "<IPPhoneTextMenu><MenuItem><Prompt>a&#32;\r\n\rb\n\rc</Prompt>\r</MenuItem></"
         "IPPhoneTextMenu>\r");
-  write(kFolder + ".hidden.xml", sample("directory.xml"));
-  write(kFolder + "empty.xml", "");
-  write(kFolder + "nul.xml", std::string("<IPPhoneDirectory/>\0<", 21));
-  write(kFolder + "broken.xml", "<IPPhoneTextMenu>");
+  const std::pair<std::string, std::string> kFiles[] = {
+      {".hidden.xml", sample("directory.xml")},
+      {"empty.xml", ""},
+      {"nul.xml", std::string("<IPPhoneDirectory/>\0<", 21)},
+      {"broken.xml", "<IPPhoneTextMenu>"}};
+  for (const auto& [name, text] : kFiles) write(kFolder + name, text);
   std::filesystem::create_symlink("nowhere", on_disk(kFolder + "dangling.xml"));
   EXPECT_EQ(cfg_load_local_xml_file_cache(), 0);  // read now: an empty cache is not a loaded one
   set_item(46, 0, "Acme");

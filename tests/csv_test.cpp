@@ -223,6 +223,7 @@ TEST_F(CsvTest, TheSixthGroupLeavesItsPlaceToDefault) {
   EXPECT_EQ(import(rows.substr(0, rows.find("N6,")) + row({{kFn, "Ann"}}) + row({{kFn, "Bob"}})),
             16);
   EXPECT_EQ(shown(contacts().Contacts), "1:N1 2:N2 3:N3 4:N4 5:N5 6:Bob");
+  EXPECT_EQ(groups(), "1:G1:R 2:G2:R 3:G3:R 4:G4:R 5:G5:R 6:Default:Auto ");
 }
 
 TEST_F(CsvTest, AllSixGroupsAreFreeOnceDefaultIsKnown) {
@@ -278,10 +279,10 @@ TEST_F(CsvTest, CommunityDataTakesEveryNameAndGroup) {
   const std::string path = on_disk("/c.csv");
   write("/c.csv", kHeader + row({{kFn, "Ann"}, {kGroup, "A"}, {kGroupRing, "one"}}) + "\n" +
                       row({{kFn, "Ann"}, {kGroup, "A"}, {kGroupRing, "two"}}) +
-                      row({{kFn, "Bob"}}) + "Cid,\n");
+                      row({{kFn, "Bob"}}) + "Cid,\nDan" + std::string(19, ',') + "D,END\n");
   const auto [groups, people] = take_all(get_community_contact_csv(path.c_str()));
-  EXPECT_EQ(groups, "1:A:one 2:Default:Auto 3:: ") << "a group's first row describes it";
-  EXPECT_EQ(people, "1:Ann@A 2:Ann@A 3:Bob@Default 4:Cid@ ");
+  EXPECT_EQ(groups, "1:A:one 2:Default:Auto 3:: 4:D: ") << "a group's first row describes it";
+  EXPECT_EQ(people, "1:Ann@A 2:Ann@A 3:Bob@Default 4:Cid@ 5:Dan@D ");
 
   write("/c.csv", kHeader + numbered_rows(501));
   const std::string all = take_all(get_community_contact_csv(path.c_str())).second;

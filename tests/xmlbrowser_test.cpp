@@ -206,7 +206,7 @@ TEST_F(XmlBrowser, TitlesAreTrimmedAndCutAndThoseWithoutTextPassedOver) {
   EXPECT_EQ(title("<Title>" + std::string(100, 'a') + "</Title>"), std::string(63, 'a'));
   EXPECT_EQ(title("<Title>" + std::string(60, 'a') + "   b</Title>"), std::string(60, 'a'));
   EXPECT_EQ(title("<Title>" + std::string(62, 'a') + "\xC3\xA4</Title>"), std::string(62, 'a'));
-  EXPECT_EQ(title("<Title>one</Title><Title>two</Title><Title><![CDATA[ \n]]></Title><Title/>"),
+  EXPECT_EQ(title("<Title>three</Title><Title>two</Title><Title><![CDATA[ \n]]></Title><Title/>"),
             "two");
 
   const XML_TEXT_SCREEN_T& screen = text_screen(
@@ -469,8 +469,8 @@ TEST_F(XmlBrowser, TheCacheKeepsTheFactoryDocumentsWithTheDefaultNames) {
   host::guard_memory(nullptr);
   EXPECT_EQ(blocks, 0) << "a folder takes no memory";
   write(document,
-        "<IPPhoneTextMenu><MenuItem><Prompt>a&#32;\r\n\rb\n\rc</Prompt>\r</MenuItem></"
-        "IPPhoneTextMenu>\r");
+        "<IPPhoneTextMenu>" + repeat("\r\n", 20) +
+            "<MenuItem><Prompt>a&#32;\r\n\rb\n\rc</Prompt>\r</MenuItem></IPPhoneTextMenu>\r");
   const std::pair<std::string, std::string> kFiles[] = {
       {".hidden.xml", sample("directory.xml")},
       {"empty.xml", ""},

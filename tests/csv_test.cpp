@@ -360,23 +360,4 @@ TEST_F(CsvTest, AnExportWritesInPlaceWhatItCannotReplaceInOnePiece) {
   fs::permissions(on_disk("/folder"), fs::perms(0755));
 }
 
-TEST_F(CsvTest, AnExportReadsBackUnlessAValueHoldsAComma) {
-  ASSERT_EQ(
-      import(row({{kFn, "Ann"}, {kWork, "1"}, {kGroup, "A"}, {kGroupRing, "x"}, {kText, "d"}}) +
-             row({{kFn, "Bob"}, {kMobile, "2"}, {kRing, "r"}, {kPhoto, "p"}})),
-      0);
-  const auto before = std::make_unique<CONTACT_DATA_LIST_T>(contacts());
-  CONTACT_SUMMARY_T* summary = cfg_get_contact_summary("");
-  ASSERT_EQ(save_contact_csv(on_disk("/out.csv").c_str(), summary), 0);
-  EXPECT_EQ(get_contact_csv(on_disk("/out.csv").c_str(), &contacts()), 0);
-  EXPECT_EQ(std::memcmp(before.get(), &contacts(), sizeof contacts()), 0);
-
-  put(summary->DisplayName, "Ann, Dr");
-  ASSERT_EQ(save_contact_csv(on_disk("/out.csv").c_str(), summary), 0);
-  cfg_destory_contact_summary(summary);
-  EXPECT_EQ(get_contact_csv(on_disk("/out.csv").c_str(), &contacts()), 0);
-  EXPECT_STREQ(slot(0).DisplayName, "Ann");
-  EXPECT_STREQ(slot(0).OtherNumber, "1") << "two columns to the right: the name stands twice";
-}
-
 }  // namespace

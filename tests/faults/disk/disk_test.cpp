@@ -34,10 +34,6 @@ constexpr const char* kDataFiles[] = {cfgxml::paths::kContacts,    cfgxml::paths
                                       cfgxml::paths::kDialReplace, cfgxml::paths::kBlockOut,
                                       cfgxml::paths::kMessages,    cfgxml::paths::kNotifications};
 
-/// Thousands of profiles are written: into memory where that can be had.
-[[maybe_unused]] const bool in_fast_folder =
-    ::access("/dev/shm", W_OK) == 0 && ::setenv("TMPDIR", "/dev/shm", /*overwrite=*/0) == 0;
-
 /// What all operations add up to; printed at the end.
 struct Figures : ::testing::Environment {
   int operations = 0, states = 0, loads = 0, faults = 0;

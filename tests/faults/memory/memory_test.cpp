@@ -308,10 +308,6 @@ INSTANTIATE_TEST_SUITE_P(Exported, MemoryTest, ::testing::ValuesIn(all()),
 
 class Report : public ::testing::Environment {
  public:
-  /// Thousands of small files: in memory where the system has a folder for that.
-  void SetUp() override {
-    if (::access("/dev/shm", W_OK) == 0) ::setenv("TMPDIR", "/dev/shm", 0);
-  }
   void TearDown() override {
     std::printf("memory: %d operations, of which %d allocate; %d calls, %ld allocations refused\n",
                 figures.operations, figures.allocating, figures.calls, figures.refused);

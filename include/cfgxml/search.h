@@ -36,7 +36,8 @@ typedef struct TRIE_ENTRY_T {
 } TRIE_ENTRY_T;
 
 /* The hits of a search: records[b][p] is the record of book b at position p, or NULL. Owned by the
- * library and overwritten by the next search. */
+ * library and overwritten by the next search, which clears only what this one has set: callers read
+ * the table and write nothing into it. */
 typedef struct TRIE_RESULT_T {
   void *records[CFGXML_BOOK_COUNT][CFGXML_BOOK_RECORDS];
   void *others; /* always NULL */

@@ -16,16 +16,13 @@ static_assert(sizeof(TRIE_RESULT_T) == 6001 * kWord &&
 
 using Hold = std::lock_guard<std::mutex>;
 
-/// The one result table: what a search leaves in it is the caller's until the next search.
-TRIE_RESULT_T result;
-
 int search_keys(const char* keys, TRIE_RESULT_T** out) {
   const Hold hold(the_index().mutex);
   if (!the_index().trie.rooted()) return 0;
   *out = nullptr;
-  const int steps = the_index().keypad_search.run(the_index().trie, keys, result);
+  const int steps = the_index().keypad_search.run(the_index().trie, keys, the_index().hits);
   if (steps == KeypadSearch::kNoMatch) return 0;
-  *out = &result;
+  *out = the_index().hits.words();
   return steps;
 }
 

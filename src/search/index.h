@@ -17,11 +17,13 @@
 
 namespace cfgxml::search {
 
-/// The process-wide trie and the search over it; both are used only while the mutex is held.
+/// The process-wide trie and the search over it, used only while the mutex is held. What a search
+/// leaves in the table of hits is its caller's until the next search.
 struct Index {
   std::mutex mutex;
   Trie trie;
   KeypadSearch keypad_search;
+  HitTable hits;
 };
 Index& the_index();
 

@@ -17,8 +17,24 @@ const Node* next_branch(const Node* node, const Node* top) {
 
 }  // namespace
 
-int KeypadSearch::run(const Trie& trie, const char* keys, TRIE_RESULT_T& table) {
-  std::memset(&table, 0, sizeof table);
+void HitTable::clear() {
+  if (set_count_ > set_.size()) {
+    std::memset(&words_, 0, sizeof words_);
+  } else {
+    for (std::size_t i = 0; i != set_count_; ++i) *set_[i] = nullptr;
+  }
+  set_count_ = 0;
+}
+
+void HitTable::put(const TRIE_INFO_T& hit, std::uint32_t position) {
+  void** word = &words_.records[hit.book][position];
+  *word = hit.record;
+  if (set_count_ < set_.size()) set_[set_count_] = word;
+  ++set_count_;
+}
+
+int KeypadSearch::run(const Trie& trie, const char* keys, HitTable& table) {
+  table.clear();
   if (*keys == '\0') return 0;
   if (!match(trie.root(), keys)) return kNoMatch;
   table_ = &table;
@@ -135,7 +151,7 @@ void KeypadSearch::take_step(const Node* node) {
     const TRIE_INFO_T& info = entry->info;
     if (info.book < 0 || info.book >= CFGXML_BOOK_COUNT || info.record == nullptr) continue;
     const std::uint32_t position = *static_cast<const std::uint32_t*>(info.record);
-    if (position < CFGXML_BOOK_RECORDS) table_->records[info.book][position] = info.record;
+    if (position < CFGXML_BOOK_RECORDS) table_->put(info, position);
   }
 }
 

@@ -123,7 +123,7 @@ Operations phonebook_operations() {
           Operation("cfg_get_group_data", get_group<false>).is(kQuiet),
           Operation("cfg_get_group_data", get_group<true>).with_story("by_name").is(kQuiet),
           OPERATION(adding, cfg_add_group_data).also("7|14|16").saves(),
-          Operation("cfg_mod_group_data", change_group).unknown_gives("4").also("-1|7").saves(),
+          Operation("cfg_mod_group_data", change_group).unknown_gives("4").also("-1|7|16").saves(),
           OPERATION(by_id, cfg_del_group_data).unknown_gives("0").also("-1").saves(),
           OPERATION(calling, cfg_del_all_group_data).saves().often(1),
           Operation("cfg_mov_contact_data", by_id<cfg_mov_contact_data, kContact>)

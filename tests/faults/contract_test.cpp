@@ -186,16 +186,18 @@ class ContractTest : public phone_test::Phone {
   int errors_ = 0;
 };
 
-TEST_F(ContractTest, EveryOperationSucceeds) {
+TEST_F(ContractTest, EveryOperationSucceedsAndIsSaved) {
   for (const Operation& operation : all()) {
     SCOPED_TRACE(operation.title());
     prepare(operation);
+    const Files before = world_.files();
     const Outcome outcome = make_plain(operation);
     if (outcome.result.is_list) {
       EXPECT_FALSE(outcome.result.nodes.empty());
     } else {
       EXPECT_EQ(outcome.result.text, operation.success);
     }
+    EXPECT_TRUE(!operation.has(kSaveDropped) || outcome.after.files != before) << "not saved";
   }
 }
 

@@ -21,7 +21,10 @@ void with_full_blacklist(World& world) {
   }
 }
 
-void with_photo(World& world) { fill(world.contacts().Contacts[2].Photo, "photo13.png"); }
+void with_photo(World& world) {
+  fill(world.contacts().Contacts[2].Photo, "photo13.png");
+  contact_delay_save();
+}
 
 /// The last entry, as it is when its move was undone.
 void with_moved_entry(World& world) { fill(world.blacklist().Entries[3].Group, "Default"); }

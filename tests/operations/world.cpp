@@ -10,7 +10,6 @@
 #include <tinyxml2.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <fstream>
 #include <memory>
 #include <utility>
@@ -172,24 +171,13 @@ bool holds_damaged_content(const Files& files) {
                      [](const auto& file) { return file.second == kDamaged; });
 }
 
-std::string content_of(const char* path) {
-  std::string text;
-  std::FILE* file = std::fopen(path, "rb");
-  if (file == nullptr) return text;
-  char buffer[8192];
-  while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, file)) {
-    text.append(buffer, size);
-  }
-  std::fclose(file);
-  return text;
-}
-
 Files files_below(const fs::path& root) {
   Files files;
   if (!fs::exists(root)) return files;
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
     if (!entry.is_regular_file()) continue;
-    files[entry.path().native().substr(root.native().size())] = content_of(entry.path().c_str());
+    files[entry.path().native().substr(root.native().size())] =
+        ::host::files::read(entry.path()).value_or("");
   }
   return files;
 }

@@ -16,39 +16,39 @@
 namespace cfgxml::phonebook {
 namespace {
 
-/// A move writes the file that loses the record before the one that gains it. Where both are
-/// written at once, this keeps the first as it was until the other is on the disk, so that neither
-/// a cut in between nor a failed write leaves the record in neither. Where one is written later,
-/// nothing is kept: what is written at once stays.
+/// A move writes the file that loses the record before the one that gains it, or that takes it
+/// back. Where both lists are written at once, this keeps the first file as it was until the record
+/// is on the disk again, so that neither a cut in between nor a failed write leaves it nowhere.
+/// Where one is written later, nothing is kept: what is written at once stays.
 class LosingFile {
  public:
-  LosingFile(const char* path, SaveOrder& gaining_saves)
-      : path_(path), gaining_saves_(gaining_saves), begun_(gaining_saves.take()) {
+  LosingFile(const char* path, SaveOrder& gaining_saves) : path_(path) {
+    expect_save(gaining_saves);
     if (binding::saves_phonebook_at_once() && XmlFile(path).load()) {
       before_.copy(durable::target_of(paths::on_disk(path)));
     }
   }
 
-  /// The record is in the other list. When that could not be written, the old file takes its place
-  /// again and has the record until it is saved next.
-  void finish(const char* worker) {
-    if (gaining_saves_.saved() > begun_) {
-      forget(worker);
-    } else {
-      before_.roll_back();
-    }
+  /// Called before the change of the list whose save is to bring the record to the disk.
+  void expect_save(SaveOrder& saves) {
+    saves_ = &saves;
+    begun_ = saves.take();
   }
 
-  /// The record is back in this list, and written.
-  void forget(const char* worker) {
-    if (before_.commit()) return;
-    rl_log_err("%s failed: <%s> may have the record until it is saved next.", worker, path_);
+  /// Called after it. Without that save, the old file takes its place again and has the record
+  /// until it is saved next.
+  void finish(const char* worker) {
+    if (saves_->saved() <= begun_) {
+      before_.roll_back();
+    } else if (!before_.commit()) {
+      rl_log_err("%s failed: <%s> may have the record until it is saved next.", worker, path_);
+    }
   }
 
  private:
   const char* path_;
-  SaveOrder& gaining_saves_;
-  SaveOrder::Number begun_;
+  SaveOrder* saves_ = nullptr;
+  SaveOrder::Number begun_ = 0;
   durable::Before before_;
 };
 
@@ -76,8 +76,9 @@ int _cfg_mov_contact_data(int id) {
   }
   if (const int result = _cfg_add_black_data(&record); result != 0) {
     copy_text(record.Group, group);
+    contacts.expect_save(contact_saves);
     put_back_contact(*cfg_get_contact_list(), record);
-    contacts.forget(__func__);
+    contacts.finish(__func__);
     rl_log_err("%s failed: cfg_add_black_data failed %d.", __func__, result);
     return result;
   }
@@ -106,8 +107,9 @@ int _cfg_mov_black_data(int id) {
     return result;
   }
   if (const int result = _cfg_add_contact_data(&record); result != 0) {
+    blacklist.expect_save(blacklist_saves);
     insert_black(*cfg_get_black_list(), record);
-    blacklist.forget(__func__);
+    blacklist.finish(__func__);
     rl_log_err("%s failed: cfg_add_contact_data failed %d.", __func__, result);
     return result;
   }

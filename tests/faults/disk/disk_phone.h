@@ -4,10 +4,10 @@
 
 #include <string>
 
+#include "faults/commands.h"
 #include "faults/disk/recorded_calls.h"
 #include "operations/world.h"
 #include "runtime/shell.h"
-#include "faults/commands.h"
 #include "support/phone.h"
 
 namespace disk_test {

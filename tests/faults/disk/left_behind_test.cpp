@@ -312,5 +312,24 @@ TEST_F(LeftBehind, ASaveDuringAnUploadNeitherUndoesNorSpoilsIt) {
   EXPECT_FALSE(exists(std::string(kContacts) + ".corrupt"));
 }
 
+TEST_F(LeftBehind, AnUndoneMoveWhoseSaveFailsLeavesTheContactInItsFile) {
+  std::vector<std::size_t> creations;
+  for (const bool fails : {false, true}) {
+    start();
+    for (int i = 0; i != CFGXML_BLACKLIST_CAPACITY; ++i) blacklist().Entries[i].Id = i + 1;
+    const CONTACT_DATA_T moved = contacts().Contacts[0];
+    recorded_calls::watch(root());
+    if (fails) recorded_calls::fail(creations.back(), ENOSPC);
+    EXPECT_EQ(cfg_mov_contact_data(moved.Id), 18);
+    EXPECT_EQ(recorded_calls::failed(), fails);
+    const auto& calls = recorded_calls::calls();
+    for (std::size_t i = 0; !fails && i != calls.size(); ++i) {
+      if (calls[i] == recorded_calls::Kind::kCreate) creations.push_back(i);
+    }
+    recorded_calls::stop();
+    EXPECT_TRUE(has(kContacts, moved.DisplayName)) << fails;
+  }
+}
+
 }  // namespace
 }  // namespace disk_test

@@ -4,5 +4,5 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 clang=$(command -v clang++-14 || command -v clang++) || exit 77
-grep -lE 'Hold |RecordWrites|Mutex|support/(mutex|durable|xml_file)\.h' -r src --include='*.cpp' |
+grep -lE 'Hold |RecordWrites|Mutex|(support/(mutex|durable|xml_file)|search/index)\.h' -r src --include='*.cpp' |
   xargs -P "$(nproc)" -n 1 "$clang" -std=c++17 -fsyntax-only -Wthread-safety -Werror -Isrc -Iinclude

@@ -14,8 +14,6 @@ static_assert(sizeof(TRIE_ENTRY_T) == 3 * kWord && offsetof(TRIE_ENTRY_T, next) 
 static_assert(sizeof(TRIE_RESULT_T) == 6001 * kWord &&
               offsetof(TRIE_RESULT_T, others) == 6000 * kWord);
 
-using Hold = std::lock_guard<std::mutex>;
-
 int search_keys(const char* keys, TRIE_RESULT_T** out) {
   const Hold hold(the_index().mutex);
   if (!the_index().trie.rooted()) return 0;
@@ -62,6 +60,7 @@ int purge(int book) {
 
 }  // namespace cfgxml::search
 
+using cfgxml::Hold;
 using namespace cfgxml::search;  // NOLINT(google-build-using-namespace): the file is about them
 
 int TrieIncreaseInfo(const char* str, const TRIE_INFO_T* info) {

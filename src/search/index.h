@@ -8,11 +8,11 @@
 #include <cfgxml/search.h>
 
 #include <cstddef>
-#include <mutex>
 #include <vector>
 
 #include "search/keypad_search.h"
 #include "search/trie.h"
+#include "support/mutex.h"
 #include "support/slots.h"
 
 namespace cfgxml::search {
@@ -20,10 +20,10 @@ namespace cfgxml::search {
 /// The process-wide trie and the search over it, used only while the mutex is held. What a search
 /// leaves in the table of hits is its caller's until the next search.
 struct Index {
-  std::mutex mutex;
-  Trie trie;
-  KeypadSearch keypad_search;
-  HitTable hits;
+  Mutex mutex;
+  Trie trie GUARDED_BY(mutex);
+  KeypadSearch keypad_search GUARDED_BY(mutex);
+  HitTable hits GUARDED_BY(mutex);
 };
 Index& the_index();
 
@@ -73,11 +73,7 @@ void remove_contact(CONTACT_DATA_LIST_T& list, CONTACT_DATA_T* contact);
 /// Held while positions are written or indexed records move in memory, so that no search reads them
 /// meanwhile. No call of the host or of the index while it is held.
 class RecordWrites {
- public:
-  RecordWrites() : hold_(the_index().mutex) {}
-
- private:
-  std::lock_guard<std::mutex> hold_;
+  const Hold<Mutex> hold_{the_index().mutex};
 };
 
 }  // namespace cfgxml::search

@@ -114,7 +114,7 @@ void lower_addresses(Trie& trie, const Run& run) {
 }  // namespace
 
 void remove_contact(CONTACT_DATA_LIST_T& list, CONTACT_DATA_T* contact) {
-  const std::lock_guard<std::mutex> hold(the_index().mutex);
+  const Hold hold(the_index().mutex);
   Trie& trie = the_index().trie;
   const Run run{contact, Contacts(list.Contacts).end()};
   StepCheck check(run);

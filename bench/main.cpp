@@ -1,6 +1,7 @@
 // Runs every benchmark and prints, for each thing measured, ours beside the plain ways as ratios.
 // A benchmark is named "<thing>:ours" or "<thing>:<plain way>"; counters named "bytes" are
-// compared like times.
+// compared like times. A plain way's counters "goal" and "bytes goal" are printed beside its rows:
+// the ratio that is to be reached, and the bytes that ours may take.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -14,6 +15,8 @@ struct Figure {
   std::string way;
   double nanoseconds;
   double bytes;
+  double goal;
+  double bytes_goal;
 };
 
 class RatioReporter : public benchmark::BenchmarkReporter {
@@ -25,16 +28,20 @@ class RatioReporter : public benchmark::BenchmarkReporter {
       if (run.error_occurred || run.run_type != Run::RT_Iteration) continue;
       const std::string name = run.run_name.function_name;
       const std::size_t colon = name.rfind(':');
-      const auto bytes = run.counters.find("bytes");
+      const auto counter = [&run](const char* counter_name) {
+        const auto found = run.counters.find(counter_name);
+        return found != run.counters.end() ? static_cast<double>(found->second) : 0;
+      };
       const double iterations = static_cast<double>(run.iterations);
       figures_[name.substr(0, colon)].push_back(
-          {name.substr(colon + 1), run.real_accumulated_time / iterations * 1e9,
-           bytes != run.counters.end() ? static_cast<double>(bytes->second) : 0});
+          {name.substr(colon + 1), run.real_accumulated_time / iterations * 1e9, counter("bytes"),
+           counter("goal"), counter("bytes goal")});
     }
   }
 
   void Finalize() override {
-    std::printf("%-52s %-28s %14s %14s %8s\n", "measured", "plain way", "plain", "ours", "ratio");
+    std::printf("%-52s %-28s %14s %14s %8s %8s\n", "measured", "plain way", "plain", "ours",
+                "ratio", "goal");
     for (const auto& [thing, figures] : figures_) {
       for (const Figure& ours : figures) {
         if (ours.way == "ours") print_against(thing, ours, figures);
@@ -47,15 +54,18 @@ class RatioReporter : public benchmark::BenchmarkReporter {
                             const std::vector<Figure>& figures) {
     for (const Figure& plain : figures) {
       if (plain.way == "ours") continue;
-      print_row(thing, plain.way, plain.nanoseconds, ours.nanoseconds, "ns");
-      if (ours.bytes > 0) print_row(thing, plain.way, plain.bytes, ours.bytes, "B");
+      print_row(thing, plain.way, plain.nanoseconds, ours.nanoseconds, "ns", plain.goal);
+      if (ours.bytes == 0 || plain.bytes == 0) continue;
+      print_row(thing, plain.way, plain.bytes, ours.bytes, "B", plain.bytes_goal);
     }
   }
 
   static void print_row(const std::string& thing, const std::string& way, double plain, double ours,
-                        const char* unit) {
-    std::printf("%-52s %-28s %11.0f %-2s %11.0f %-2s %8.2f\n", thing.c_str(), way.c_str(), plain,
+                        const char* unit, double goal) {
+    std::printf("%-52s %-28s %11.0f %-2s %11.0f %-2s %8.2f", thing.c_str(), way.c_str(), plain,
                 unit, ours, unit, plain / ours);
+    if (goal > 0) std::printf(" %8.2f", goal);
+    std::printf("\n");
   }
 
   std::map<std::string, std::vector<Figure>> figures_;

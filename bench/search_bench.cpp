@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "generated.h"
@@ -223,6 +224,24 @@ void keystroke_ours(benchmark::State& state, Books which) {
   }
 }
 
+/// What no search can do without: a clear table, and one record looked at for each of the 100
+/// steps.
+void keystroke_floor(benchmark::State& state, Books which, double goal) {
+  Phone phone(which);
+  std::vector<std::pair<int, void*>> records;
+  phone.for_each_record([&](int book, auto& record) { records.emplace_back(book, &record); });
+  std::size_t next = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    std::memset(&plain_result, 0, sizeof plain_result);
+    for (int i = 0; i != 100; ++i) {
+      const auto [book, record] = records[next = (next + 37) % records.size()];
+      plain_result.records[book][*static_cast<std::int32_t*>(record)] = record;
+    }
+    benchmark::ClobberMemory();
+  }
+  state.counters["goal"] = 1 / goal;
+}
+
 void keystroke_scan(benchmark::State& state, Books which) {
   Phone phone(which);
   Scan scan;
@@ -246,32 +265,72 @@ void keystroke_textbook(benchmark::State& state, Books which) {
   }
 }
 
-/// What one indexed string takes up on the heap, in a trie of 500 contacts.
-template <typename Trie>
-double bytes_per_string() {
-  fill_local_book(kRecords);
-  double strings = 0;
-  const auto used = [] {
-    const struct mallinfo2 heap = mallinfo2();
-    return static_cast<double>(heap.uordblks + heap.hblkhd);
-  };
-  const double before = used();
-  Trie trie;
-  for (std::size_t i = 0; i != kRecords; ++i) {
-    insert(trie, 0, contacts()[i]);
-    for (const char* text : texts_of(contacts()[i])) strings += *text != '\0' ? 1 : 0;
-  }
-  return (used() - before) / strings;
+double heap_in_use() {
+  const struct mallinfo2 heap = mallinfo2();
+  return static_cast<double>(heap.uordblks + heap.hblkhd);
 }
 
-void rebuild_ours(benchmark::State& state) {
-  state.counters["bytes"] = bytes_per_string<cfgxml::search::Trie>();
-  fill_local_book(kRecords);
+template <typename Trie>
+void insert_all(Trie& trie, Phone& phone) {
+  phone.for_each_record([&](int book, auto& record) { insert(trie, book, record); });
+}
+
+std::vector<const char*> strings_of(Phone& phone) {
+  std::vector<const char*> strings;
+  phone.for_each_record([&](int /*book*/, auto& record) {
+    for (const char* text : texts_of(record)) {
+      if (*text != '\0') strings.push_back(text);
+    }
+  });
+  return strings;
+}
+
+/// What one indexed string takes up on the heap.
+template <typename Trie>
+double bytes_per_string(Books which) {
+  Phone phone(which);
+  const double before = heap_in_use();
+  Trie trie;
+  insert_all(trie, phone);
+  return (heap_in_use() - before) / static_cast<double>(strings_of(phone).size());
+}
+
+/// The strings in their order, without an index.
+void sort_strings(benchmark::State& state, Books which, double goal) {
+  Phone phone(which);
+  const std::vector<const char*> strings = strings_of(phone);
+  for ([[maybe_unused]] auto _ : state) {
+    std::vector<const char*> sorted = strings;
+    std::sort(sorted.begin(), sorted.end(),
+              [](const char* left, const char* right) { return std::strcmp(left, right) < 0; });
+    benchmark::ClobberMemory();
+  }
+  state.counters["goal"] = 1 / goal;
+}
+
+template <typename Trie>
+void build_all(benchmark::State& state) {
+  state.counters["bytes"] = bytes_per_string<Trie>(Books::kAll);
+  state.counters["bytes goal"] = 36;
+  Phone phone(Books::kAll);
+  for ([[maybe_unused]] auto _ : state) {
+    auto trie = std::make_unique<Trie>();
+    insert_all(*trie, phone);
+    state.PauseTiming();
+    trie.reset();
+    state.ResumeTiming();
+  }
+}
+
+void rebuild_ours(benchmark::State& state, Books which) {
+  state.counters["bytes"] = bytes_per_string<cfgxml::search::Trie>(Books::kLocal);
+  const Phone phone(which);
   for ([[maybe_unused]] auto _ : state) CfgTrieReloadLocalBookInfo();
 }
 
 void rebuild_textbook(benchmark::State& state) {
-  state.counters["bytes"] = bytes_per_string<plain::Trie>();
+  state.counters["bytes"] = bytes_per_string<plain::Trie>(Books::kLocal);
+  state.counters["bytes goal"] = 45;
   fill_local_book(kRecords);
   plain::Trie trie;
   for ([[maybe_unused]] auto _ : state) {
@@ -354,8 +413,25 @@ BENCHMARK_CAPTURE(keystroke_scan, all, Books::kAll)
 BENCHMARK_CAPTURE(keystroke_textbook, all, Books::kAll)
     ->Name("keystroke, twelve full books:textbook trie");
 
-BENCHMARK(rebuild_ours)->Name("rebuild the local index, 500 contacts:ours");
+BENCHMARK_CAPTURE(keystroke_floor, local, Books::kLocal, 1.5)
+    ->Name("keystroke, 500 contacts:clear table and 100 records");
+BENCHMARK_CAPTURE(keystroke_floor, all, Books::kAll, 3)
+    ->Name("keystroke, twelve full books:clear table and 100 records");
+
+BENCHMARK_CAPTURE(rebuild_ours, local, Books::kLocal)
+    ->Name("rebuild the local index, 500 contacts:ours");
 BENCHMARK(rebuild_textbook)->Name("rebuild the local index, 500 contacts:textbook trie, counting");
+BENCHMARK_CAPTURE(sort_strings, local, Books::kLocal, 1.7)
+    ->Name("rebuild the local index, 500 contacts:sort the strings");
+BENCHMARK_CAPTURE(rebuild_ours, all, Books::kAll)
+    ->Name("rebuild the local index, other books full:ours");
+BENCHMARK_CAPTURE(sort_strings, beside_others, Books::kLocal, 1.7)
+    ->Name("rebuild the local index, other books full:sort the strings");
+
+BENCHMARK_TEMPLATE(build_all, cfgxml::search::Trie)->Name("index twelve full books:ours");
+BENCHMARK_TEMPLATE(build_all, plain::Trie)->Name("index twelve full books:textbook trie");
+BENCHMARK_CAPTURE(sort_strings, all, Books::kAll, 1.3)
+    ->Name("index twelve full books:sort the strings");
 
 BENCHMARK(delete_first_ours)->Name("delete the first of 500 contacts:ours");
 BENCHMARK_TEMPLATE(delete_first_again, plain::Trie)

@@ -71,9 +71,7 @@ int CfgTrieRemoveRemoteBookInfo(int book);
 int CfgTrieSearchVague(const char *keys, TRIE_RESULT_T **out);
 
 /* Returns how many indexed strings start with the prefix, and stores at out (unless NULL) the
- * entries of the string that is the prefix. The list belongs to the index, which keeps it until an
- * entry of that string comes, goes or moves. 0 with NULL at out when memory for the list runs out.
- * No lock. */
+ * entries of the string that is the prefix; the list belongs to the index. No lock. */
 int CfgTrieSearchOfCount(const char *prefix, TRIE_ENTRY_T **out);
 
 #pragma GCC visibility pop

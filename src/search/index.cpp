@@ -24,17 +24,6 @@ int search_keys(const char* keys, TRIE_RESULT_T** out) {
   return steps;
 }
 
-int count_strings(const char* prefix, TRIE_ENTRY_T** out) {
-  const Hold hold(the_index().mutex);
-  if (!the_index().trie.rooted()) return 0;
-  const Trie::Place place = the_index().trie.find(prefix);
-  if (out != nullptr && place.count != 0) {
-    *out = nullptr;
-    if (place.leaf != kNone) *out = the_index().trie.list(place.leaf);
-  }
-  return static_cast<int>(place.count);
-}
-
 }  // namespace
 
 Index& the_index() {
@@ -53,7 +42,6 @@ bool add_texts(const TRIE_INFO_T& info, const Texts& texts) {
 void remove_texts(const TRIE_INFO_T& info, const Texts& texts) {
   const Hold hold(the_index().mutex);
   the_index().trie.erase(texts, info.record);
-  the_index().trie.trim();
 }
 
 bool replace_contact(CONTACT_DATA_T& slot, const CONTACT_DATA_T& contact) {
@@ -67,9 +55,7 @@ bool replace_contact(CONTACT_DATA_T& slot, const CONTACT_DATA_T& contact) {
 
 int purge(int book) {
   const Hold hold(the_index().mutex);
-  const int purged = the_index().trie.purge(book);
-  the_index().trie.trim();
-  return purged;
+  return the_index().trie.purge(book);
 }
 
 }  // namespace cfgxml::search
@@ -88,7 +74,6 @@ int TrieDecreaseInfo(const char* str, const TRIE_INFO_T* info) {
   const Hold hold(the_index().mutex);
   if (!the_index().trie.rooted()) return -1;
   the_index().trie.erase({str}, info->record);
-  the_index().trie.trim();
   return 0;
 }
 
@@ -99,5 +84,10 @@ int CfgTrieSearchVague(const char* keys, TRIE_RESULT_T** out) {
 
 int CfgTrieSearchOfCount(const char* prefix, TRIE_ENTRY_T** out) {
   if (prefix == nullptr) return 0;
-  return cfgxml::guarded(0, count_strings, prefix, out);
+  const Hold hold(the_index().mutex);
+  if (!the_index().trie.rooted()) return 0;
+  const Trie::Place place = the_index().trie.find(prefix);
+  if (place.node == nullptr) return 0;
+  if (out != nullptr) *out = place.at_end ? place.node->entries : nullptr;
+  return static_cast<int>(place.node->count);
 }

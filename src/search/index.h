@@ -18,7 +18,7 @@
 namespace cfgxml::search {
 
 /// The process-wide trie and the search over it, used only while the mutex is held. What a search
-/// leaves in the one table of hits is its caller's until the next search.
+/// leaves in the table of hits is its caller's until the next search.
 struct Index {
   Mutex mutex;
   Trie trie GUARDED_BY(mutex);

@@ -2,59 +2,56 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iterator>
 #include <utility>
 
 #include "search/keypad.h"
 
 namespace cfgxml::search {
+namespace {
 
-void HitTable::clear() {
-  if (words_set_ > std::size(set_)) {
-    std::memset(&words_, 0, sizeof words_);
-  } else {
-    for (std::size_t i = 0; i != words_set_; ++i) *set_[i] = nullptr;
-  }
-  words_set_ = 0;
+/// The first node behind everything below this one, as far as it is below the top; or nullptr.
+const Node* next_branch(const Node* node, const Node* top) {
+  while (node != top && node->next_sibling == nullptr) node = node->parent;
+  return node != top ? node->next_sibling : nullptr;
 }
 
-/// Puts records into their places. They were gathered before: so their memory is read side by side.
-void HitTable::put(const std::vector<const Record*>& hits) {
-  std::size_t words_set = 0;
-  for (const Record* hit : hits) {
-    const auto book = static_cast<std::uint32_t>(hit->book);
-    if (book >= CFGXML_BOOK_COUNT || hit->record == nullptr) continue;
-    const std::uint32_t position = *static_cast<const std::uint32_t*>(hit->record);
-    if (position >= CFGXML_BOOK_RECORDS) continue;
-    void** const word = &words_.records[book][position];
-    *word = hit->record;
-    set_[words_set++ % std::size(set_)] = word;
+}  // namespace
+
+void HitTable::clear() {
+  if (set_count_ > set_.size()) {
+    std::memset(&words_, 0, sizeof words_);
+  } else {
+    for (std::size_t i = 0; i != set_count_; ++i) *set_[i] = nullptr;
   }
-  words_set_ = words_set;
+  set_count_ = 0;
+}
+
+void HitTable::put(const TRIE_INFO_T& hit, std::uint32_t position) {
+  void** word = &words_.records[hit.book][position];
+  *word = hit.record;
+  if (set_count_ < set_.size()) set_[set_count_] = word;
+  ++set_count_;
 }
 
 int KeypadSearch::run(const Trie& trie, const char* keys, HitTable& table) {
   table.clear();
   if (*keys == '\0') return 0;
-  trie_ = &trie;
-  hits_.clear();
-  if (!match(keys)) return kNoMatch;
+  if (!match(trie.root(), keys)) return kNoMatch;
+  table_ = &table;
   collect();
-  table.put(hits_);
   return steps_;
 }
 
 /// Leaves in front_ the places that the keys lead to, in the order in which they are collected.
-bool KeypadSearch::match(const char* keys) {
-  front_.clear();
+bool KeypadSearch::match(const Node& root, const char* keys) {
+  front_.assign(1, {&root, 0, 0});
   for (depth_ = 0; keys[depth_] != '\0'; ++depth_) {
     const std::uint8_t row = typed_row(keys[depth_]);
     if (row == kNoRow) return false;
     next_.clear();
-    if (depth_ == 0) match_first(row);
     std::uint32_t found = 0;
     for (const Reached& place : front_) {
-      match_below(place, row, found);
+      match_below(place.node, row, found);
       found += kLongestRow;
     }
     std::swap(front_, next_);
@@ -64,28 +61,19 @@ bool KeypadSearch::match(const char* keys) {
   return true;
 }
 
-void KeypadSearch::match_first(std::uint8_t row) {
-  for (const char character : kKeypadRows[row]) {
-    const Number node = trie_->top(character);
-    const auto found = static_cast<std::uint32_t>(next_.size());
-    if (node != kNone) next_.push_back({node, 0, trie_->count((*trie_)[node]), found});
-  }
-}
-
-/// Finds the places one byte below this one that the row matches; found is the number of the first.
-void KeypadSearch::match_below(const Reached& place, std::uint8_t row, std::uint32_t found) {
-  const Node& node = (*trie_)[place.node].node;
-  const auto end = place.start + static_cast<std::uint32_t>(node.length());
-  if (depth_ < end) {  // within the node's text
-    const KeypadPlace key = kKeypad[node.text[depth_ - place.start]];
-    if (key.row == row) next_.push_back({place.node, place.start, place.weight, found + key.rank});
+/// Finds the places one byte below this node's that the row matches; found is the number of the
+/// first.
+void KeypadSearch::match_below(const Node* node, std::uint8_t row, std::uint32_t found) {
+  const auto try_place = [&](const Node* below, std::uint8_t byte) {
+    const KeypadPlace key = kKeypad[byte];
+    if (key.row == row) next_.push_back({below, below->count, found + key.rank});
+  };
+  if (node->depth > depth_) {  // within the node's run
+    try_place(node, node->run[depth_ - node->start()]);
     return;
   }
-  if (node.kind() != Kind::kBranch) return;
-  for (Number below = node.down.to; below != kNone; below = (*trie_)[below].node.next.to) {
-    const Cell& child = (*trie_)[below];
-    const KeypadPlace key = kKeypad[child.node.text[0]];
-    if (key.row == row) next_.push_back({below, end, trie_->count(child), found + key.rank});
+  for (const Node* child = node->first_child; child != nullptr; child = child->next_sibling) {
+    try_place(child, child->run[0]);
   }
 }
 
@@ -104,26 +92,25 @@ void KeypadSearch::order_matches() {
   std::sort(rest, front_.end(), busier);
 }
 
-/// Searches breadth-first, one level of bytes after the other. A string counts a step at the level
-/// above its end, where it is found, and one at its own; the strings that are no longer than the
-/// keys count the latter alone. A branch is kept as the list of its children, as it is while their
-/// nearest end lies deeper; levels at which nothing ends are left out. Neither changes the order.
+/// Goes down from the front level by level. A string counts a step at the level above its end,
+/// where it is found, and one at its own, where its turn comes; the strings that are no longer than
+/// the keys have their turn alone. A branch whose nearest end lies deeper is kept as it is, and
+/// levels at which there is nothing to find are left out: both leave the order as it would be.
 void KeypadSearch::collect() {
   steps_ = 0;
   start_next();
-  for (const Reached& place : front_) keep(reached(place.node, place.start));
+  for (const Reached& place : front_) keep({place.node, place.node->nearest, 0});
+
   std::uint32_t level = depth_;
   while (!next_.empty() && steps_ < kMostSteps) {
     level = std::max(level, nearest_ - 1);
     std::swap(front_, next_);
     start_next();
-    for (const Reached& place : front_) {
-      if (place.weight > level + 1) {
-        keep(place);
-      } else if (place.found == kChildren) {
-        look_below(place.node, place.start, level);
+    for (const Reached& branch : front_) {
+      if (branch.weight > level + 1) {
+        keep(branch);
       } else {
-        take_step(place, level);
+        collect_below(branch.node, level);
       }
       if (steps_ == kMostSteps) return;
     }
@@ -131,48 +118,19 @@ void KeypadSearch::collect() {
   }
 }
 
-/// Takes the steps of one level among the siblings from this one on, and below them.
-void KeypadSearch::look_below(Number node, std::uint32_t start, std::uint32_t level) {
-  below_.clear();
-  while (steps_ != kMostSteps) {
-    if (node == kNone) {
-      if (below_.empty()) return;
-      node = below_.back().node;
-      start = below_.back().start;
-      below_.pop_back();
-      continue;
-    }
-    const Node& cell = (*trie_)[node].node;
-    const std::uint32_t nearest = start + cell.down.tag;
-    const bool is_branch = cell.kind() == Kind::kBranch;
-    if (cell.down.tag == kNever || nearest > level + 1) {
-      keep(reached(node, start));
-    } else if (is_branch) {
-      below_.push_back({cell.next.to, start, 0, 0});
-      start += static_cast<std::uint32_t>(cell.length());
-      node = cell.down.to;
-      continue;
+/// Takes the steps of one level in the branch of the top node, and keeps what remains below it.
+void KeypadSearch::collect_below(const Node* top, std::uint32_t level) {
+  const Node* node = top;
+  while (node != nullptr && steps_ < kMostSteps) {
+    const bool due = node->nearest <= level + 1;
+    if (due && node->entries != nullptr) take_step(node);
+    if (due && node->depth <= level) {  // its own level: it makes way for its children
+      node = node->first_child != nullptr ? node->first_child : next_branch(node, top);
     } else {
-      take_step({node, start, nearest, kLeaf}, level);
+      keep({node, node->nearest, 0});
+      node = next_branch(node, top);
     }
-    node = cell.next.to;
   }
-}
-
-/// What is to be kept of a node.
-KeypadSearch::Reached KeypadSearch::reached(Number node, std::uint32_t start) const {
-  const Node& cell = (*trie_)[node].node;
-  const std::uint32_t distance = cell.down.tag;
-  const std::uint32_t nearest = distance != kNever ? start + distance : kNowhere;
-  if (cell.kind() != Kind::kBranch) return {node, start, nearest, kLeaf};
-  return {cell.down.to, start + static_cast<std::uint32_t>(cell.length()), nearest, kChildren};
-}
-
-void KeypadSearch::take_step(const Reached& leaf, std::uint32_t level) {
-  ++steps_;
-  trie_->for_each_record((*trie_)[leaf.node],
-                         [this](const Record& record) { hits_.push_back(&record); });
-  if (leaf.weight > level) keep(leaf);
 }
 
 void KeypadSearch::start_next() {
@@ -180,10 +138,21 @@ void KeypadSearch::start_next() {
   nearest_ = kNowhere;
 }
 
-void KeypadSearch::keep(const Reached& place) {
-  if (place.weight == kNowhere) return;
-  next_.push_back(place);
-  nearest_ = std::min(nearest_, place.weight);
+void KeypadSearch::keep(const Reached& branch) {
+  if (branch.weight == kNowhere) return;
+  next_.push_back(branch);
+  nearest_ = std::min(nearest_, branch.weight);
+}
+
+/// Puts the records of a string into their places.
+void KeypadSearch::take_step(const Node* node) {
+  ++steps_;
+  for (const Entry* entry = node->entries; entry != nullptr; entry = next_of(entry)) {
+    const TRIE_INFO_T& info = entry->info;
+    if (info.book < 0 || info.book >= CFGXML_BOOK_COUNT || info.record == nullptr) continue;
+    const std::uint32_t position = *static_cast<const std::uint32_t*>(info.record);
+    if (position < CFGXML_BOOK_RECORDS) table_->put(info, position);
+  }
 }
 
 }  // namespace cfgxml::search

@@ -6,6 +6,8 @@
 namespace cfgxml::search {
 namespace {
 
+constexpr std::size_t kTextCapacity = sizeof(CONTACT_DATA_T::DisplayName);
+
 /// The deleted contact and the used ones behind it, as positions in the table.
 struct Run {
   CONTACT_DATA_T* deleted;
@@ -23,25 +25,25 @@ void close_up(CONTACT_DATA_LIST_T& list, CONTACT_DATA_T* deleted) {
   std::memset(last, 0, sizeof *last);
 }
 
+/// True for one entry of each list that contacts share with each other or with other books: the
+/// first of the local book.
+bool speaks_for_shared_list(const Entry& entry) {
+  const Entry* first = entry.node->entries;
+  if (first->next == nullptr) return false;
+  while (first->info.book != CFGXML_BOOK_LOCAL) first = next_of(first);
+  return first == &entry;
+}
+
 /// Checks that the index holds exactly the texts of the contacts, and each as often as they do. A
 /// host that changes its table by itself, and the bulk deletes, leave the two out of step.
 class StepCheck {
  public:
-  StepCheck(const Trie& trie, const Run& run) : trie_(trie), run_(run) {}
+  explicit StepCheck(const Run& run) : run_(run) {}
 
-  /// Looks at a string of the local book, in a visit of its leaf.
-  void see(const Cell& leaf) {
-    bool any_local = false;
-    bool any_stranger = false;  // an entry that another book has of the contacts
-    bool all_claimed = true;
-    trie_.for_each_record(leaf, [&](const Record& record) {
-      const bool local = record.book == CFGXML_BOOK_LOCAL;
-      any_local = any_local || local;
-      if (!run_.all().holds(record.record)) return;
-      any_stranger = any_stranger || !local;
-      all_claimed = all_claimed && (!local || claim(record.record));
-    });
-    if (!all_claimed || (any_local && any_stranger)) in_step_ = false;
+  /// Looks at an entry of the local book.
+  void see(const Entry& entry) {
+    if (speaks_for_shared_list(entry) && has_strangers(*entry.node)) in_step_ = false;
+    if (in_step_ && run_.all().holds(entry)) in_step_ = claim(entry);
   }
 
   /// To be asked when every entry was seen.
@@ -66,15 +68,15 @@ class StepCheck {
     return present;
   }
 
-  /// Finds the text of the record for which an entry of the visited leaf stands.
-  bool claim(const void* record) {
-    const auto offset = static_cast<std::size_t>(static_cast<const char*>(record) -
+  /// Finds the text for which the entry stands.
+  bool claim(const Entry& entry) {
+    const auto offset = static_cast<std::size_t>(static_cast<const char*>(entry.info.record) -
                                                  reinterpret_cast<const char*>(run_.deleted));
     if (offset % sizeof(CONTACT_DATA_T) != 0) return false;
     const std::size_t slot = offset / sizeof(CONTACT_DATA_T);
     TextSet bit = 1;
     for (const char* text : texts_of(run_.deleted[slot])) {
-      if ((claimed_[slot] & bit) == 0 && trie_.spells(text)) {
+      if ((claimed_[slot] & bit) == 0 && spells(entry.node, text, kTextCapacity)) {
         claimed_[slot] |= bit;
         return true;
       }
@@ -83,17 +85,30 @@ class StepCheck {
     return false;
   }
 
-  const Trie& trie_;
+  /// True when another book has entries of the contacts.
+  bool has_strangers(const Node& node) const {
+    for (const Entry* entry = node.entries; entry != nullptr; entry = next_of(entry)) {
+      if (entry->info.book != CFGXML_BOOK_LOCAL && run_.all().holds(*entry)) return true;
+    }
+    return false;
+  }
+
   const Run& run_;
   bool in_step_ = true;
   TextSet claimed_[CFGXML_CONTACT_CAPACITY] = {};
 };
 
-/// The contacts' entries stay where they are, at the new addresses; where several share a string,
-/// those that move go to the end, as if they had been removed and added.
+/// The contacts' entries stay where they are, at the new addresses; where several share a list,
+/// those that move go to its end, as if they had been removed and added.
 void lower_addresses(Trie& trie, const Run& run) {
-  trie.for_each_leaf(CFGXML_BOOK_LOCAL, [&](Cell& leaf) { trie.move_to_back(leaf, run.moving()); });
-  trie.lower(CFGXML_BOOK_LOCAL, run.moving(), sizeof(CONTACT_DATA_T));
+  trie.for_each_entry(CFGXML_BOOK_LOCAL, [&](Entry& entry) {
+    if (speaks_for_shared_list(entry)) Trie::move_to_back(entry.node, run.moving());
+  });
+  trie.for_each_entry(CFGXML_BOOK_LOCAL, [&](Entry& entry) {
+    if (run.moving().holds(entry)) {
+      entry.info.record = static_cast<CONTACT_DATA_T*>(entry.info.record) - 1;
+    }
+  });
 }
 
 }  // namespace
@@ -102,14 +117,13 @@ void remove_contact(CONTACT_DATA_LIST_T& list, CONTACT_DATA_T* contact) {
   const Hold hold(the_index().mutex);
   Trie& trie = the_index().trie;
   const Run run{contact, Contacts(list.Contacts).end()};
-  StepCheck check(trie, run);
-  trie.for_each_leaf(CFGXML_BOOK_LOCAL, [&](const Cell& leaf) { check.see(leaf); });
+  StepCheck check(run);
+  trie.for_each_entry(CFGXML_BOOK_LOCAL, [&](const Entry& entry) { check.see(entry); });
 
   if (check.in_step()) {
     trie.erase(texts_of(*contact), contact);
     lower_addresses(trie, run);
     close_up(list, contact);
-    trie.trim();
     return;
   }
   for (CONTACT_DATA_T* slot = run.deleted; slot != run.end; ++slot) {
@@ -120,7 +134,6 @@ void remove_contact(CONTACT_DATA_LIST_T& list, CONTACT_DATA_T* contact) {
   for (CONTACT_DATA_T* slot = run.deleted; slot->Id >= 1; ++slot) {
     trie.insert(texts_of(*slot), {CFGXML_BOOK_LOCAL, slot});
   }
-  trie.trim();
 }
 
 }  // namespace cfgxml::search

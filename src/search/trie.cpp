@@ -4,140 +4,96 @@
 #include <cstring>
 #include <new>
 
+#include "support/chain.h"
+
 namespace cfgxml::search {
 namespace {
 
-constexpr std::uint32_t kMostStrings = (1U << 20U) - 1;  // what a branch can count
-
-std::uint8_t byte_of(char character) { return static_cast<std::uint8_t>(character); }
-
-/// The bytes that a search collects below what the keys match; names go on in others.
-bool is_collected(std::uint8_t byte) { return byte >= 32 && byte <= 126; }
-
-bool is_book(int book) { return book >= 0 && book < CFGXML_BOOK_COUNT; }
-
-std::size_t use_of(int book) {
-  return is_book(book) ? static_cast<std::size_t>(book) : kOtherRecords;
+/// The link to the child whose run begins with this byte, or to where it belongs.
+Node** child_link(Node* parent, std::uint8_t first) {
+  Node** link = &parent->first_child;
+  while (*link != nullptr && (*link)->run[0] < first) link = &(*link)->next_sibling;
+  return link;
 }
 
-std::uint32_t bit_of(int book) { return is_book(book) ? 1U << static_cast<unsigned>(book) : 0; }
-
-void set_tag(Node& node, Kind kind, std::size_t length) {
-  node.next.tag = (static_cast<unsigned>(kind) | static_cast<unsigned>(length) << 2U) & 0xffU;
+Node* child(Node* parent, std::uint8_t first) {
+  Node* node = *child_link(parent, first);
+  return node != nullptr && node->run[0] == first ? node : nullptr;
 }
 
-/// Writes a node's text, which may come from the one it has.
-void set_text(Node& node, Kind kind, const void* bytes, std::size_t length) {
-  std::memmove(node.text, bytes, length);
-  if (length == 0) node.text[0] = 0;  // comes before every other
-  set_tag(node, kind, length);
+/// How many bytes of the node's run the text begins with.
+std::size_t common_length(const Node* node, const char* text) {
+  std::size_t length = 0;
+  while (length != node->length && node->run[length] == static_cast<std::uint8_t>(text[length])) {
+    ++length;
+  }
+  return length;
 }
 
-/// How many bytes of the node's text the text begins with.
-std::size_t common_length(const Node& node, const char* text) {
-  const std::size_t length = node.length();
-  std::size_t common = 0;
-  while (common != length && node.text[common] == byte_of(text[common])) ++common;
-  return common;
+bool is_collected(const std::uint8_t* run, std::size_t length) {
+  return std::all_of(run, run + length, [](std::uint8_t byte) {
+    return byte >= kFirstCollected && byte <= kLastCollected;
+  });
 }
 
-/// Tells a node of an end so many bytes from its start.
-void report_end(Node& node, std::size_t distance) {
-  node.down.tag = std::min({distance, std::size_t{kFarthest}, std::size_t{node.down.tag}}) & 0xffU;
+void set_run(Node* node, const void* bytes, std::size_t length) {
+  std::memcpy(node->run, bytes, length);
+  node->length = static_cast<std::uint8_t>(length);
+  node->collected = is_collected(node->run, length);
+}
+
+/// Works out the node's nearest end from its own entries and its children.
+void refresh_nearest(Node* node) {
+  node->nearest = kNowhere;
+  if (!node->collected) return;
+  if (node->entries != nullptr) {
+    node->nearest = node->depth;
+    return;
+  }
+  for (const Node* below = node->first_child; below != nullptr; below = below->next_sibling) {
+    node->nearest = std::min(node->nearest, below->nearest);
+  }
+}
+
+/// Tells the nodes above of a string that now ends at this one.
+void report_end(Node* end) {
+  for (Node* node = end; node->collected && node->nearest > end->depth; node = node->parent) {
+    node->nearest = end->depth;
+  }
+}
+
+/// Changes the counts from the node up; the root's stays 1.
+void change_counts(Node* node, int by) {
+  for (; node->parent != nullptr; node = node->parent) {
+    node->count += static_cast<std::uint32_t>(by);
+  }
 }
 
 }  // namespace
 
-// ---- Looking up ---------------------------------------------------------------------------------
-
-/// The link to the child whose text begins with this byte, or to where it belongs.
-Link* Trie::child_link(Cell& branch, std::uint8_t first) {
-  Link* link = &branch.node.down;
-  while (link->to != kNone) {
-    Node& child = cells_[link->to].node;
-    if (child.text[0] >= first) break;
-    link = &child.next;
-  }
-  return link;
-}
-
-bool Trie::begins(const Link& link, std::uint8_t first) const {
-  return link.to != kNone && cells_[link.to].node.text[0] == first;
-}
-
 Trie::Place Trie::find(const char* text) {
-  path_.clear();
-  if (*text == '\0') return {1, kNone};
-  std::uint32_t strings = 0;
-  Link* link = &roots_[byte_of(*text)];
-  while (begins(*link, byte_of(*text))) {
-    path_.push_back(link);
-    Cell& cell = cells_[link->to];
-    if (*text != '\0') strings = count(cell);
-    const std::size_t length = common_length(cell.node, text);
+  Node* node = &root_;
+  while (*text != '\0') {
+    node = child(node, static_cast<std::uint8_t>(*text));
+    if (node == nullptr) return {};
+    const std::size_t length = common_length(node, text);
     text += length;
-    if (length != cell.node.length()) break;
-    if (cell.node.kind() != Kind::kBranch)
-      return *text == '\0' ? Place{strings, link->to} : Place{};
-    link = child_link(cell, byte_of(*text));
+    if (length != node->length) return *text == '\0' ? Place{node, false} : Place{};
   }
-  return *text == '\0' ? Place{strings, kNone} : Place{};
+  return {node, true};
 }
-
-std::uint32_t Trie::count(const Cell& node) const {
-  if (node.node.kind() == Kind::kBranch) return node.branch.count;
-  return node.node.kind() == Kind::kLeaf ? 1 : cells_[node.node.down.to].sharer.count;
-}
-
-/// The books that have strings there.
-std::uint32_t Trie::books(const Cell& node) const {
-  if (node.node.kind() == Kind::kBranch) return node.branch.books;
-  std::uint32_t books = 0;
-  for_each_record(node, [&](const Record& record) { books |= bit_of(record.book); });
-  return books;
-}
-
-bool Trie::spells(const char* text) const {
-  for (const Link* link : path_) {
-    const Node& node = cells_[link->to].node;
-    if (common_length(node, text) != node.length()) return false;
-    text += node.length();
-  }
-  return *text == '\0';
-}
-
-TRIE_ENTRY_T* Trie::list(Number leaf) {
-  const Cell& cell = cells_[leaf];
-  const auto found = lists_.find(&cell);
-  if (found != lists_.end()) return found->second.get();
-  auto entries = std::make_unique<TRIE_ENTRY_T[]>(count(cell));
-  TRIE_ENTRY_T* entry = entries.get();
-  for_each_record(cell, [&](const Record& record) {
-    *entry = {{record.book, record.record}, entry + 1};
-    ++entry;
-  });
-  entry[-1].next = nullptr;
-  return lists_.emplace(&cell, std::move(entries)).first->second.get();
-}
-
-// ---- Adding -------------------------------------------------------------------------------------
 
 bool Trie::reserve(const Texts& texts, int book) {
   std::size_t nodes = 0;
-  std::size_t longest = 0;
+  std::size_t entries = 0;
   for (const char* text : texts) {
     if (is_blank(text)) continue;
-    const std::size_t length = std::strlen(text);
-    nodes += length / 4 + 4;  // its branches and its leaf, and two of nodes that it splits
-    longest = std::max(longest, length);
+    nodes += std::strlen(text) / Node::kCapacity + 2;  // the text's, and one of a split
+    ++entries;
   }
-  if (nodes == 0) return true;
-  if (strings_ + kTexts > kMostStrings) return false;
   try {
-    cells_.reserve(kNodes, nodes);
-    cells_.reserve(use_of(book), 1);
-    if (path_.capacity() < longest + 2) path_.reserve(longest + 2);
-    if (sharers_.capacity() < most_sharers_ + kTexts) sharers_.reserve(2 * most_sharers_ + kTexts);
+    nodes_.reserve(nodes);
+    pool_of(book).reserve(entries);
   } catch (const std::bad_alloc&) {
     return false;
   }
@@ -153,119 +109,76 @@ bool Trie::insert(const Texts& texts, const TRIE_INFO_T& info) {
 }
 
 void Trie::insert_reserved(const char* text, const TRIE_INFO_T& info) {
-  const char* end = text;
-  const char* shown = text;  // from here on all bytes are collected
-  for (; *end != '\0'; ++end) {
-    if (!is_collected(byte_of(*end))) shown = end + 1;
-  }
   rooted_ = true;
-  ++strings_;
-  const Number record = record_of(info);
-  const auto length_left = [&] { return static_cast<std::size_t>(end - text); };
-  Link* link = &roots_[byte_of(*text)];
-  while (true) {
-    if (!begins(*link, byte_of(*text))) {
-      if (length_left() <= sizeof Node::text) break;
-      add_node(*link, Kind::kBranch, text, sizeof Branch::text);
+  Node* node = reach(text);
+  append(node, info);
+  change_counts(node, 1);
+  report_end(node);
+}
+
+/// The node at which the text ends, made if there is none.
+Node* Trie::reach(const char* text) {
+  Node* node = &root_;
+  while (*text != '\0') {
+    const auto first = static_cast<std::uint8_t>(*text);
+    Node** link = child_link(node, first);
+    if (*link == nullptr || (*link)->run[0] != first) {
+      node = add_child(node, link, text);
+      text += node->length;
+      continue;
     }
-    Cell& cell = cells_[link->to];
-    const std::size_t length = common_length(cell.node, text);
-    const bool is_branch = cell.node.kind() == Kind::kBranch;
-    const bool is_whole = length == cell.node.length();
-    if (is_whole && !is_branch && text[length] == '\0') return add_sharer(cell, record);
-    Cell& branch = is_whole && is_branch ? cell : split(*link, length);
-    ++branch.branch.count;
-    branch.branch.books = (branch.branch.books | bit_of(info.book)) & kAllBooks;
-    if (text >= shown) report_end(branch.node, length_left());
-    text += branch.node.length();
-    link = child_link(branch, byte_of(*text));
+    const std::size_t length = common_length(*link, text);
+    if (length != (*link)->length) split(link, length);
+    node = *link;
+    text += length;
   }
-  Node& leaf = add_node(*link, Kind::kLeaf, text, length_left()).node;
-  leaf.down.set(record);
-  if (text >= shown) report_end(leaf, length_left());
+  return node;
 }
 
-/// The cell of a record; texts that come in a row share it.
-Number Trie::record_of(const TRIE_INFO_T& info) {
-  if (last_record_ == kNone || cells_[last_record_].record.record != info.record ||
-      cells_[last_record_].record.book != info.book) {
-    last_record_ = cells_.take(use_of(info.book));
-    cells_[last_record_].record = {info.record, info.book, 0};
-  }
-  ++cells_[last_record_].record.strings;
-  ++book_strings_[use_of(info.book)];
-  return last_record_;
+/// Puts a child in front of the link's node, with as much of the text as fits.
+Node* Trie::add_child(Node* parent, Node** link, const char* text) {
+  Node* node = nodes_.take();
+  set_run(node, text, strnlen(text, Node::kCapacity));
+  node->parent = parent;
+  node->depth = parent->depth + node->length;
+  node->next_sibling = *link;
+  *link = node;
+  return node;
 }
 
-/// Puts a node before the link's.
-Cell& Trie::add_node(Link& link, Kind kind, const void* text, std::size_t length) {
-  const Number number = cells_.take(kNodes);
-  Cell& cell = cells_[number];
-  cell.node.down.tag = kNever;
-  set_text(cell.node, kind, text, length);
-  cell.node.next.set(link.to);
-  link.set(number);
-  return cell;
+/// Cuts the run of the link's node: a new node in its place takes the first bytes and has the old
+/// one, which keeps its entries and children, as its only child.
+void Trie::split(Node** link, std::size_t length) {
+  Node* lower = *link;
+  Node* upper = nodes_.take();
+  set_run(upper, lower->run, length);
+  upper->parent = lower->parent;
+  upper->depth = lower->start() + upper->length;
+  upper->count = lower->count;
+  upper->next_sibling = lower->next_sibling;
+  upper->first_child = lower;
+  *link = upper;
+
+  std::uint8_t rest[Node::kCapacity];
+  std::memcpy(rest, lower->run + length, lower->length - length);
+  set_run(lower, rest, lower->length - length);
+  lower->parent = upper;
+  lower->next_sibling = nullptr;
+  refresh_nearest(lower);
+  refresh_nearest(upper);
 }
 
-/// Puts a branch before a leaf or a longer branch, with so many of its bytes at most.
-Cell& Trie::split(Link& link, std::size_t length) {
-  const Number lower = link.to;
-  Cell& cell = cells_[lower];
-  const Kind kind = cell.node.kind();
-  length = std::min(length, sizeof Branch::text);
-  Cell& upper = add_node(link, Kind::kBranch, cell.node.text, length);
-  upper.node.next.set(cell.node.next.to);
-  cell.node.next.set(kNone);
-  upper.node.down = cell.node.down;
-  upper.node.down.set(lower);
-  upper.branch.count = count(cell) & kMostStrings;
-  upper.branch.books = books(cell) & kAllBooks;
-  set_text(cell.node, kind, cell.node.text + length, cell.node.length() - length);
-  if (cell.node.down.tag == kNever) {
-    refresh(cell);
+void Trie::append(Node* node, const TRIE_INFO_T& info) {
+  Entry* entry = pool_of(info.book).take();
+  entry->info = info;
+  entry->node = node;
+  if (node->entries == nullptr) {
+    node->entries = entry;
   } else {
-    cell.node.down.tag = (cell.node.down.tag - length) & 0xffU;
+    node->entries->tail->next = entry;
   }
-  return upper;
+  node->entries->tail = entry;
 }
-
-/// Works out how far the node's nearest end is.
-void Trie::refresh(Cell& cell) {
-  std::uint32_t below = cell.node.kind() == Kind::kBranch ? kNever : 0;
-  for (Number child = below == 0 ? kNone : cell.node.down.to; child != kNone;) {
-    const Node& node = cells_[child].node;
-    below = std::min<std::uint32_t>(below, node.down.tag);
-    child = node.next.to;
-  }
-  cell.node.down.tag = kNever;
-  const std::uint8_t* const text = cell.node.text;
-  if (below == kNever || !std::all_of(text, text + cell.node.length(), is_collected)) return;
-  report_end(cell.node, cell.node.length() + below);
-}
-
-void Trie::add_sharer(Cell& leaf, Number record) {
-  lists_.erase(&leaf);
-  if (leaf.node.kind() == Kind::kLeaf) {
-    const Number first = cells_.take(kNodes);
-    cells_[first].sharer.next.set(first);
-    cells_[first].sharer.record.set(leaf.node.down.to);
-    cells_[first].sharer.count = 1;
-    leaf.node.down.set(first);
-    set_tag(leaf.node, Kind::kSharedLeaf, leaf.node.length());
-  }
-  Sharer& last = cells_[leaf.node.down.to].sharer;
-  const Number number = cells_.take(kNodes);
-  Sharer& added = cells_[number].sharer;
-  added.next.set(last.next.to);
-  added.record.set(record);
-  added.count = last.count + 1;
-  last.next.set(number);
-  leaf.node.down.set(number);
-  most_sharers_ = std::max<std::size_t>(most_sharers_, added.count);
-}
-
-// ---- Removing -----------------------------------------------------------------------------------
 
 void Trie::erase(const Texts& texts, const void* record) {
   for (const char* text : texts) {
@@ -274,168 +187,131 @@ void Trie::erase(const Texts& texts, const void* record) {
 }
 
 void Trie::erase_text(const char* text, const void* record) {
-  const Number number = find(text).leaf;
-  if (number == kNone) return;
-  Cell& leaf = cells_[number];
-  bool found = false;
-  keep_sharers(leaf, [&](Number sharer) {
-    const bool oldest = !found && cells_[sharer].record.record == record;
-    found = found || oldest;
-    return !oldest;
-  });
-  if (leaf.node.down.to != kNone) return;
-  std::size_t distance = leaf.node.length();
-  unlink(*path_.back());
-  for (path_.pop_back(); !path_.empty(); path_.pop_back()) {
-    distance += cells_[path_.back()->to].node.length();
-    settle(*path_.back(), distance);
+  const Place place = find(text);
+  if (place.node == nullptr || !place.at_end) return;
+  Entry* previous = nullptr;
+  for (Entry* entry = place.node->entries; entry != nullptr; entry = next_of(entry)) {
+    if (entry->info.record == record) {
+      remove(previous, entry);
+      change_counts(place.node, -1);
+      tidy(place.node);
+      return;
+    }
+    previous = entry;
   }
 }
 
 int Trie::purge(int book) {
-  const std::uint32_t before = strings_;
-  if (book_strings_[use_of(book)] == strings_) {  // nothing else is there
-    clear();
-    return static_cast<int>(before);
-  }
-  walk<true>(book, [&](Cell& leaf) {
-    keep_sharers(leaf, [&](Number record) { return cells_.use(record) != use_of(book); });
-  });
-  return static_cast<int>(before - strings_);
+  int purged = 0;
+  // The first entry met of a node takes the node's others with it.
+  for_each_entry(book, [&](const Entry& entry) { purged += purge(entry.node, book); });
+  return purged;
 }
 
-void Trie::clear() {
-  roots_ = {};
-  cells_ = {};
-  lists_.clear();
-  book_strings_ = {};
-  strings_ = 0;
-  last_record_ = kNone;
-}
-
-/// Keeps those entries of a leaf that are wanted; path_ leads to it.
-template <typename Keep>
-void Trie::keep_sharers(Cell& leaf, Keep keep) {
-  std::uint32_t gone = 0;
-  sharers_.clear();
-  for_each_sharer(leaf, [&](Number number) {
-    if (keep(number)) {
-      sharers_.push_back(number);
+int Trie::purge(Node* node, int book) {
+  int purged = 0;
+  Entry* previous = nullptr;
+  for (Entry* entry = node->entries; entry != nullptr;) {
+    Entry* next = next_of(entry);
+    if (entry->info.book == book) {
+      remove(previous, entry);
+      ++purged;
     } else {
-      ++gone;
-      drop_record(number);
+      previous = entry;
     }
-  });
-  if (gone == 0) return;
-  write_sharers(leaf);
-  strings_ -= gone;
-  for (std::size_t i = 0; i + 1 < path_.size(); ++i) {
-    Branch& branch = cells_[path_[i]->to].branch;
-    branch.count = (branch.count - gone) & kMostStrings;
+    entry = next;
+  }
+  change_counts(node, -purged);
+  tidy(node);
+  return purged;
+}
+
+/// Takes an entry out of its node's list; previous is the one before it, or nullptr.
+void Trie::remove(Entry* previous, Entry* entry) {
+  Node* node = entry->node;
+  Entry* next = next_of(entry);
+  if (previous == nullptr) {
+    if (next != nullptr) next->tail = entry->tail;
+    node->entries = next;
+  } else {
+    if (next == nullptr) node->entries->tail = previous;
+    previous->next = next;
+  }
+  pool_of(entry->info.book).give_back(entry);
+}
+
+/// Sets the nodes from this one up right after entries of this one went: those that no string
+/// passes any more go, and one that no longer branches is folded.
+void Trie::tidy(Node* node) {
+  while (node != &root_) {
+    Node* parent = node->parent;
+    if (node->count == 0) {
+      *child_link(parent, node->run[0]) = node->next_sibling;
+      nodes_.give_back(node);
+    } else {
+      const std::uint32_t nearest = node->nearest;
+      node = fold(node);
+      refresh_nearest(node);
+      if (node->nearest == nearest) return;  // nothing changes further up
+    }
+    node = parent;
   }
 }
 
-void Trie::drop_record(Number record) {
-  --book_strings_[cells_.use(record)];
-  if (--cells_[record].record.strings != 0) return;
-  if (last_record_ == record) last_record_ = kNone;
-  cells_.give_back(record);
+/// Lets the only child of a node without entries take the node's place, if one run has room for
+/// both; the child keeps its address, so its entries and children stay as they are. Returns the
+/// node that stands there.
+Node* Trie::fold(Node* node) {
+  Node* only = node->first_child;
+  if (node->entries != nullptr || only->next_sibling != nullptr) return node;
+  if (node->length + only->length > static_cast<int>(Node::kCapacity)) return node;
+
+  std::uint8_t run[Node::kCapacity];
+  std::memcpy(run, node->run, node->length);
+  std::memcpy(run + node->length, only->run, only->length);
+  set_run(only, run, node->length + only->length);
+  *child_link(node->parent, node->run[0]) = only;
+  only->parent = node->parent;
+  only->next_sibling = node->next_sibling;
+  nodes_.give_back(node);
+  return only;
 }
 
-/// Gives the leaf those of sharers_, which are no more than it had. It may be left without any.
-void Trie::write_sharers(Cell& leaf) {
-  lists_.erase(&leaf);
-  const std::size_t left = sharers_.size();
-  if (leaf.node.kind() == Kind::kSharedLeaf) {
-    const Number last = leaf.node.down.to;
-    const Number first = cells_[last].sharer.next.to;
-    Number next = first;
-    for (std::size_t i = 0; i == 0 || next != first; ++i) {
-      const Number number = next;
-      Sharer& sharer = cells_[number].sharer;
-      next = sharer.next.to;
-      if (left <= 1 || i >= left) {
-        cells_.give_back(number);
-        continue;
-      }
-      sharer.record.set(sharers_[i]);
-      if (i + 1 != left) continue;
-      sharer.next.set(first);
-      sharer.count = static_cast<std::uint32_t>(left);
-      leaf.node.down.set(number);
+void Trie::move_to_back(Node* node, RecordRange records) {
+  TRIE_ENTRY_T* others = nullptr;
+  TRIE_ENTRY_T* moved = nullptr;
+  TRIE_ENTRY_T** others_end = &others;
+  TRIE_ENTRY_T** moved_end = &moved;
+  for (TRIE_ENTRY_T* entry = node->entries; entry != nullptr; entry = entry->next) {
+    TRIE_ENTRY_T**& end = records.holds(*entry) ? moved_end : others_end;
+    *end = entry;
+    end = &entry->next;
+  }
+  *moved_end = nullptr;
+  *others_end = sort_chain(moved, [](const TRIE_ENTRY_T& left, const TRIE_ENTRY_T& right) {
+    return std::less<>()(left.info.record, right.info.record);
+  });
+
+  node->entries = static_cast<Entry*>(others);
+  Entry* tail = node->entries;
+  while (tail->next != nullptr) tail = next_of(tail);
+  node->entries->tail = tail;
+}
+
+Trie::Entries& Trie::pool_of(int book) {
+  return entries_[book >= 0 && book < CFGXML_BOOK_COUNT ? book : CFGXML_BOOK_COUNT];
+}
+
+// Byte by byte from the end: the runs are short, and most texts that differ do so there.
+bool spells(const Node* node, const char* text, std::size_t capacity) {
+  if (node->depth >= capacity || text[node->depth] != '\0') return false;
+  const char* byte = text + node->depth;
+  for (; node->parent != nullptr; node = node->parent) {
+    for (std::size_t i = node->length; i-- != 0;) {
+      if (static_cast<std::uint8_t>(*--byte) != node->run[i]) return false;
     }
   }
-  if (left > 1) return;
-  set_tag(leaf.node, Kind::kLeaf, leaf.node.length());
-  leaf.node.down.set(left == 0 ? kNone : sharers_[0]);
-}
-
-/// Sets a branch right after ends below it went, the nearest of them so far from its start: without
-/// children it goes, and one that is left takes its text over. False when nothing is left.
-bool Trie::settle(Link& link, std::size_t distance) {
-  Cell& branch = cells_[link.to];
-  const Number child = branch.node.down.to;
-  if (child == kNone) {
-    unlink(link);
-    return false;
-  }
-  if (cells_[child].node.next.to == kNone && join(link)) return true;
-  if (distance <= branch.node.down.tag) refresh(branch);
   return true;
-}
-
-void Trie::unlink(Link& link) {
-  const Number gone = link.to;
-  link.set(cells_[gone].node.next.to);
-  cells_.give_back(gone);
-}
-
-/// Lets the only child of the link's branch stand in its place with both their texts; false when it
-/// has no room for them.
-bool Trie::join(Link& link) {
-  const Number upper = link.to;
-  const Number lower = cells_[upper].node.down.to;
-  const Node& branch = cells_[upper].node;
-  Cell& cell = cells_[lower];
-  const Kind kind = cell.node.kind();
-  const std::size_t length = branch.length() + cell.node.length();
-  std::uint8_t text[sizeof Branch::text + sizeof Node::text];
-  if (length > (kind == Kind::kBranch ? sizeof Branch::text : sizeof Node::text)) return false;
-
-  std::memcpy(text, branch.text, branch.length());
-  std::memcpy(text + branch.length(), cell.node.text, cell.node.length());
-  set_text(cell.node, kind, text, length);
-  cell.node.next.set(branch.next.to);
-  link.set(lower);
-  cells_.give_back(upper);
-  refresh(cell);
-  return true;
-}
-
-// ---- Moving -------------------------------------------------------------------------------------
-
-void Trie::move_to_back(Cell& leaf, RecordRange records) {
-  if (leaf.node.kind() == Kind::kLeaf && lists_.empty()) return;
-  const auto add_those = [&](bool moving) {
-    for_each_sharer(leaf, [&](Number number) {
-      if (records.holds(cells_[number].record.record) == moving) sharers_.push_back(number);
-    });
-  };
-  sharers_.clear();
-  add_those(false);
-  const auto others = static_cast<std::ptrdiff_t>(sharers_.size());
-  add_those(true);
-  std::sort(sharers_.begin() + others, sharers_.end(), [&](Number left, Number right) {
-    return std::less<>()(cells_[left].record.record, cells_[right].record.record);
-  });
-  if (sharers_.begin() + others != sharers_.end()) write_sharers(leaf);
-}
-
-void Trie::lower(int book, RecordRange records, std::size_t bytes) {
-  cells_.for_each(use_of(book), [&](Cell& cell) {
-    if (cell.record.strings == 0 || !records.holds(cell.record.record)) return;
-    cell.record.record = static_cast<char*>(cell.record.record) - bytes;
-  });
 }
 
 }  // namespace cfgxml::search

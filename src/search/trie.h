@@ -1,4 +1,6 @@
-// The tree of the indexed strings; cells.h describes its layout.
+// The tree of the indexed strings. It is a character trie whose chains are folded: a node stands
+// for a run of bytes that every string below it shares, so that a step down skips what cannot
+// branch. A prefix that ends inside a run has the count of the run's node and no entries.
 #pragma once
 
 #include <cfgxml/search.h>
@@ -7,20 +9,46 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <map>
-#include <memory>
-#include <vector>
+#include <limits>
 
-#include "search/cells.h"
+#include "search/block_pool.h"
 
 namespace cfgxml::search {
 
-/// The tag of a node's link down: how many bytes lie between the start of its text and the nearest
-/// end that is reached through collected bytes alone. Below a branch it may lie farther than told.
-inline constexpr std::uint32_t kFarthest = 254;
-inline constexpr std::uint32_t kNever = 255;
+struct Node;
 
-inline constexpr std::uint32_t kAllBooks = (1U << CFGXML_BOOK_COUNT) - 1;  // in a branch
+/// One indexed string of one record, in the list that callers may read, and what only the trie
+/// knows of it.
+struct Entry : TRIE_ENTRY_T {
+  Node* node = nullptr;   // where the string ends; nullptr while the cell is free
+  Entry* tail = nullptr;  // in the first entry of a list: the last one
+};
+
+/// The bytes that a search collects below what the keys match; names go on in others.
+inline constexpr std::uint8_t kFirstCollected = 32;
+inline constexpr std::uint8_t kLastCollected = 126;
+
+/// Where no string ends.
+inline constexpr std::uint32_t kNowhere = std::numeric_limits<std::uint32_t>::max();
+
+/// A run of bytes, from the end of the parent's run on.
+struct Node {
+  static constexpr std::size_t kCapacity = 18;  // fills a cache line of 64 bytes
+
+  Node* parent = nullptr;
+  Node* first_child = nullptr;       // in ascending order of the first byte
+  Node* next_sibling = nullptr;      // the free list's link in a free node
+  Entry* entries = nullptr;          // the strings that end with this run, oldest first
+  std::uint32_t count = 0;           // strings that pass through or end here
+  std::uint32_t depth = 0;           // bytes from the root to the end of the run
+  std::uint32_t nearest = kNowhere;  // depth of the nearest end from here down that is reached
+                                     // through collected bytes alone, those of the run included
+  std::uint8_t length = 0;
+  bool collected = false;  // the run consists of collected bytes
+  std::uint8_t run[kCapacity] = {};
+
+  std::uint32_t start() const { return depth - length; }
+};
 
 /// The texts under which a record is indexed; empty ones and nullptr are not.
 inline constexpr std::size_t kTexts = 4;
@@ -28,26 +56,26 @@ using Texts = std::array<const char*, kTexts>;
 
 inline bool is_blank(const char* text) { return text == nullptr || *text == '\0'; }
 
-/// The records that lie from first on and before end.
+/// The records that lie from first on and in front of end.
 struct RecordRange {
   const void* first;
   const void* end;
 
-  bool holds(const void* record) const {
-    return !std::less<>()(record, first) && std::less<>()(record, end);
+  bool holds(const TRIE_ENTRY_T& entry) const {
+    return !std::less<>()(entry.info.record, first) && std::less<>()(entry.info.record, end);
   }
 };
 
 /// Not safe for use by several threads at once.
 class Trie {
  public:
-  /// How many strings begin with a text, and the leaf of those that end with it, if any.
+  /// How a string or prefix stands in the trie.
   struct Place {
-    std::uint32_t count = 0;
-    Number leaf = kNone;
+    Node* node = nullptr;  // nullptr when no indexed string begins so
+    bool at_end = false;   // of the node's run
   };
 
-  Trie() = default;
+  Trie() { root_.count = 1; }
   Trie(const Trie&) = delete;
   Trie& operator=(const Trie&) = delete;
 
@@ -63,123 +91,51 @@ class Trie {
   /// Removes every entry of a book; returns how many there were.
   int purge(int book);
 
-  /// Gives back the memory that no string needs, reserved memory too.
-  void trim() { cells_.trim(); }
+  /// Puts the node's entries of these records behind its others, in the order of their addresses.
+  static void move_to_back(Node* node, RecordRange records);
 
   /// False until the first string was inserted, then true for good.
   bool rooted() const { return rooted_; }
+  const Node& root() const { return root_; }
   Place find(const char* text);
 
-  /// The leaf's entries as the list that callers may read, kept until they change. Throws
-  /// std::bad_alloc.
-  TRIE_ENTRY_T* list(Number leaf);
-
-  const Cell& operator[](Number number) const { return cells_[number]; }
-  Number top(char first) const { return roots_[static_cast<std::uint8_t>(first)].to; }
-
-  /// How many strings pass through the node or end there.
-  std::uint32_t count(const Cell& node) const;
-
-  /// Visits the records that share the leaf's string, oldest first.
+  /// Visits the entries of a book in no order; the visit may remove entries, but not add any.
   template <typename Visit>
-  void for_each_record(const Cell& leaf, Visit visit) const {
-    for_each_sharer(leaf, [&](Number number) { visit(cells_[number].record); });
+  void for_each_entry(int book, Visit visit) {
+    pool_of(book).for_each([&](Entry& entry) {
+      if (entry.node != nullptr && entry.info.book == book) visit(entry);
+    });
   }
-
-  /// Visits the leaves that may have an entry of the book. Meanwhile nothing may change but the
-  /// order of entries, and spells tells whether a text is the visited leaf's.
-  template <typename Visit>
-  void for_each_leaf(int book, Visit visit) {
-    walk<false>(book, [&](Cell& leaf) { visit(leaf); });
-  }
-  bool spells(const char* text) const;
-
-  /// Puts the entries of these records after the leaf's others, in the order of their addresses.
-  void move_to_back(Cell& leaf, RecordRange records);
-
-  /// Moves the book's records in this range to addresses that are lower by so many bytes.
-  void lower(int book, RecordRange records, std::size_t bytes);
 
  private:
-  template <typename Visit>
-  void for_each_sharer(const Cell& leaf, Visit visit) const;
-  template <bool kChanging, typename Visit>
-  void walk(int book, Visit visit);
+  using Nodes = BlockPool<Node, &Node::next_sibling>;
+  using Entries = BlockPool<Entry, &Entry::next>;
+  static constexpr int kPools = CFGXML_BOOK_COUNT + 1;  // the last one for all other book numbers
 
-  void step(Link*& link) { link = &cells_[link->to].node.next; }
-  Link* child_link(Cell& branch, std::uint8_t first);
-  bool begins(const Link& link, std::uint8_t first) const;
-  std::uint32_t books(const Cell& node) const;
-  void refresh(Cell& branch);
+  Entries& pool_of(int book);
 
   void insert_reserved(const char* text, const TRIE_INFO_T& info);
-  Number record_of(const TRIE_INFO_T& info);
-  Cell& add_node(Link& link, Kind kind, const void* text, std::size_t length);
-  void add_sharer(Cell& leaf, Number record);
-  Cell& split(Link& link, std::size_t length);
-
-  void clear();
   void erase_text(const char* text, const void* record);
-  template <typename Keep>
-  void keep_sharers(Cell& leaf, Keep keep);
-  void write_sharers(Cell& leaf);
-  void drop_record(Number record);
-  bool settle(Link& link, std::size_t distance = 0);
-  bool join(Link& link);
-  void unlink(Link& link);
+  Node* reach(const char* text);
+  Node* add_child(Node* parent, Node** link, const char* text);
+  void split(Node** link, std::size_t length);
+  void append(Node* node, const TRIE_INFO_T& info);
 
+  int purge(Node* node, int book);
+  void remove(Entry* previous, Entry* entry);
+  void tidy(Node* node);
+  Node* fold(Node* node);
+
+  Node root_;
   bool rooted_ = false;
-  std::uint32_t strings_ = 0;
-  std::array<std::uint32_t, kNodes> book_strings_{};  // of each book, and of all other books
-  Number last_record_ = kNone;                        // the one that was taken last, while it lives
-  std::size_t most_sharers_ = 0;
-  std::array<Link, 256> roots_{};
-  Cells cells_;
-  std::map<const Cell*, std::unique_ptr<TRIE_ENTRY_T[]>> lists_;  // by leaf
-
-  // Their room is reserved while strings are inserted: removing them never fails.
-  std::vector<Link*> path_;      // to the nodes from the root down to the last one looked at
-  std::vector<Number> sharers_;  // of a leaf
+  Nodes nodes_;
+  Entries entries_[kPools];
 };
 
-template <typename Visit>
-void Trie::for_each_sharer(const Cell& leaf, Visit visit) const {
-  const Number last = leaf.node.down.to;
-  if (leaf.node.kind() == Kind::kLeaf) return visit(last);
-  Number number = last;
-  do {
-    number = cells_[number].sharer.next.to;
-    visit(cells_[number].sharer.record.to);
-  } while (number != last);
-}
+/// The next entry of a node's list.
+inline Entry* next_of(const Entry* entry) { return static_cast<Entry*>(entry->next); }
 
-/// Goes through the branches of a book without recursion. With changes, a leaf that its visit left
-/// without entries goes, and the branches above are set right.
-template <bool kChanging, typename Visit>
-void Trie::walk(int book, Visit visit) {
-  const std::uint32_t bit = 1U << static_cast<unsigned>(book);
-  for (Link& root : roots_) {
-    if (root.to == kNone) continue;
-    path_.assign(1, &root);
-    while (!path_.empty()) {
-      Link*& link = path_.back();
-      if (link->to == kNone) {  // after the last child
-        path_.pop_back();
-        if (path_.empty() || (kChanging && !settle(*path_.back()))) continue;
-      } else if (Cell& cell = cells_[link->to]; cell.node.kind() != Kind::kBranch) {
-        visit(cell);
-        if (kChanging && cell.node.down.to == kNone) {
-          unlink(*link);
-          continue;
-        }
-      } else if ((cell.branch.books & bit) != 0) {
-        if (kChanging) cell.branch.books = cell.branch.books & ~bit & kAllBooks;
-        path_.push_back(&cell.node.down);
-        continue;
-      }
-      step(path_.back());
-    }
-  }
-}
+/// True when the node's path is exactly this text, which has room for at least `capacity` bytes.
+bool spells(const Node* node, const char* text, std::size_t capacity);
 
 }  // namespace cfgxml::search

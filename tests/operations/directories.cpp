@@ -254,8 +254,7 @@ Operations directory_operations() {
               .gives("removed").fails("0").is(kOwnBooks),
           Operation("CfgTrieSearchVague", search_keys).gives("found").fails("nothing")
               .runs_out("nothing").is(kMemoryKept | kFreshProcess | kOwnBooks).often(20),
-          Operation("CfgTrieSearchOfCount", count_strings).gives("found").fails("nothing")
-              .runs_out("nothing"),
+          Operation("CfgTrieSearchOfCount", count_strings).gives("found").fails("nothing"),
           OPERATION(book_of_path, cfg_get_remote_book_id).also("*"),
           OPERATION(calling, cfg_get_remote_contact_summary_clone_id).after(with_book).also("*"),
           Operation("cfg_set_remote_contact_summary_clone_id", choose_book).after(with_book),

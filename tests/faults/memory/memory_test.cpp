@@ -65,10 +65,20 @@ bool is_part_of(const std::vector<std::string>& part, const std::vector<std::str
 /// They stand in a book of their own, and with a record of no place in the result table.
 class Fillers {
  public:
-  /// One record has them all, so that what runs out are the cells of nodes, which all books share.
-  void fill() {
-    put("~", Refuse::kNothing);
-    for (int number = 0; put("~" + std::to_string(number), Refuse::kAllFrom);) ++number;
+  void fill(int book) {
+    // Each book has its own cells for strings, and all share those for nodes. As long as there are
+    // more of the first in the fillers' book, what runs out there are the nodes.
+    static const bool reserved = [this] {
+      for (int i = 0; i != 4096; ++i) put(kOwnBook, kShared, Refuse::kNothing);
+      take();
+      return true;
+    }();
+    put(book, kShared, Refuse::kNothing);
+    while (reserved && put(book, kShared, Refuse::kAllFrom)) {
+    }
+    for (int number = 0; put(kOwnBook, kShared + std::to_string(number), Refuse::kAllFrom);) {
+      ++number;
+    }
   }
   void take() {
     const TRIE_INFO_T info{kOwnBook, &record_};
@@ -78,9 +88,10 @@ class Fillers {
 
  private:
   static constexpr int kOwnBook = CFGXML_BOOK_COUNT - 2;
+  static constexpr const char* kShared = "~";
 
-  bool put(const std::string& text, Refuse refuse) {
-    const TRIE_INFO_T info{kOwnBook, &record_};
+  bool put(int book, const std::string& text, Refuse refuse) {
+    const TRIE_INFO_T info{book, &record_};
     const Watch watch(refuse, 1);
     if (TrieIncreaseInfo(text.c_str(), &info) != 0) return false;
     texts_.push_back(text);
@@ -155,7 +166,7 @@ MemoryTest::Outcome MemoryTest::play(Refuse kind, int number) {
   if (index_full_) {
     contact_save_init(1);
     black_save_init(1);
-    fillers_.fill();
+    fillers_.fill(operation().indexes);
   }
   Outcome outcome;
   outcome.before = world_.state();

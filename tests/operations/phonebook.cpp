@@ -153,8 +153,8 @@ Operations phonebook_operations() {
           Operation("mov_contact_data", by_id<mov_contact_data, kLastContact>).with_story("undone")
               .after(with_full_blacklist).gives("18").needs(kContacts).runs_out("-1")
               .indexes_in(CFGXML_BOOK_LOCAL).is(kIndexInPart | kNamed).never_at_random(),
-          Operation("mov_black_data", by_id<mov_black_data, 4>).after(with_moved_entry).needs(kBlacklist).also("7|17").saves()
-              .indexes_in(CFGXML_BOOK_LOCAL).is(kNamed),
+          Operation("mov_black_data", by_id<mov_black_data, 4>).after(with_moved_entry)
+              .needs(kBlacklist).also("7|17").saves().indexes_in(CFGXML_BOOK_LOCAL).is(kNamed),
       })),
       family(Lock::kPhonebook, 0, kNamed, {
           Operation("cfg_destory_group_summary",
